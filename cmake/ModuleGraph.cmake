@@ -1,0 +1,21 @@
+# SPDX-License-Identifier: Apache-2.0
+# SPDX-FileCopyrightText: 2026 The Sorvane developers
+#
+# Who may see whom. sorvane_module() refuses, at configure time, any edge that is not in this
+# table; a module exports only its include/ folder, so an include without an edge does not compile.
+set(SORVANE_EDGES_PlatformSupport)
+set(SORVANE_EDGES_AudioIO         PlatformSupport)
+set(SORVANE_EDGES_MLProgram       PlatformSupport)
+set(SORVANE_EDGES_ModelStore      PlatformSupport)
+set(SORVANE_EDGES_ModelCatalog    ModelStore PlatformSupport)
+set(SORVANE_EDGES_Ostrel          MLProgram AudioIO ModelStore ModelCatalog PlatformSupport)
+set(SORVANE_EDGES_SorvaneApp      Ostrel ModelCatalog ModelStore MLProgram AudioIO PlatformSupport)
+
+# Which module owns which third-party library; nobody else may include it.
+set(SORVANE_LIBRARIES_PlatformSupport Boost Json)
+set(SORVANE_LIBRARIES_AudioIO         FFmpeg)
+set(SORVANE_LIBRARIES_MLProgram       OneDNN OpenMP Boost Json)
+set(SORVANE_LIBRARIES_ModelStore      OpenSSL)
+set(SORVANE_LIBRARIES_ModelCatalog    Boost)
+set(SORVANE_LIBRARIES_Ostrel          Boost Json ICU)
+set(SORVANE_LIBRARIES_SorvaneApp      Boost Json)

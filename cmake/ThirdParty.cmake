@@ -1,0 +1,27 @@
+# SPDX-License-Identifier: Apache-2.0
+# SPDX-FileCopyrightText: 2026 The Sorvane developers
+#
+# Each library under one name, ThirdParty::<Name>; who may use it stands in ModuleGraph.cmake.
+find_package(PkgConfig REQUIRED)
+find_package(Boost 1.81 REQUIRED)
+find_package(nlohmann_json 3.11 REQUIRED)
+find_package(OpenSSL 3.0 REQUIRED COMPONENTS Crypto)
+find_package(OpenMP REQUIRED COMPONENTS CXX)
+# Not find_package(dnnl): its package file insists on OpenCL headers that nothing here needs.
+find_library(DNNL_LIBRARY dnnl REQUIRED)
+find_package(ICU 72 REQUIRED COMPONENTS uc)
+find_package(GTest REQUIRED)
+pkg_check_modules(FFmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswresample)
+
+function(sorvane_third_party name)
+    add_library(ThirdParty::${name} INTERFACE IMPORTED GLOBAL)
+    target_link_libraries(ThirdParty::${name} INTERFACE ${ARGN})
+endfunction()
+
+sorvane_third_party(Boost   Boost::headers)
+sorvane_third_party(Json    nlohmann_json::nlohmann_json)
+sorvane_third_party(OpenSSL OpenSSL::Crypto)
+sorvane_third_party(OpenMP  OpenMP::OpenMP_CXX)
+sorvane_third_party(OneDNN  ${DNNL_LIBRARY})
+sorvane_third_party(ICU     ICU::uc)
+sorvane_third_party(FFmpeg  PkgConfig::FFmpeg)
