@@ -3,7 +3,7 @@
 #
 # Who may see whom. sorvane_module() refuses, at configure time, any edge that is not in this
 # table; a module exports only its include/ folder, so an include without an edge does not compile.
-set(SORVANE_EDGES_PlatformSupport)
+set(SORVANE_EDGES_PlatformSupport   "")
 set(SORVANE_EDGES_AudioIO         PlatformSupport)
 set(SORVANE_EDGES_MLProgram       PlatformSupport)
 set(SORVANE_EDGES_ModelStore      PlatformSupport)
