@@ -1,0 +1,3 @@
+# SPDX-License-Identifier: Apache-2.0
+# SPDX-FileCopyrightText: 2026 The Sorvane developers
+"""Training, evaluation and export of Sorvane's small English speech model."""
