@@ -43,9 +43,9 @@ TEST(Float16, KeepsSubnormalsInfinitiesAndSigns)
 
 TEST(Float16, RowsAgreeWithSingleValues)
 {
-    std::vector<float> values;
+    std::vector<float> values(1003);
     for (int i = 0; i < 1003; ++i)
-        values.push_back(std::ldexp(static_cast<float>(i * 7919 % 2003) - 1001.5f, i % 41 - 30));
+        values[static_cast<size_t>(i)] = std::ldexp(static_cast<float>(i * 7919 % 2003) - 1001.5f, i % 41 - 30);
     std::vector<Float16> halves(values.size());
     std::vector<float> back(values.size());
     toFloat16(values, halves);
