@@ -14,6 +14,10 @@ namespace MLProgram {
 // Higher ranks do not occur in compiled programs; one that has them is refused.
 constexpr size_t maximumRank = 8;
 
+// No dimension of a tensor and no product of dimensions exceeds this; a program that has a larger one is refused.
+// It keeps all index arithmetic in 64 bits free of overflow.
+constexpr int64_t maximumElementCount = INT32_MAX;
+
 using Shape = boost::container::static_vector<int64_t, maximumRank>;
 
 // Product of the dimensions; 1 for rank 0.
@@ -32,7 +36,8 @@ struct TensorType {
     bool operator==(const TensorType&) const = default;
 };
 
-// A dense row-major tensor that somebody else owns. `data` is null while only the type is known.
+// A dense row-major tensor that somebody else owns. `data` is null while only the type is known, and only then: a
+// known tensor without elements points somewhere too.
 struct TensorView {
     TensorType type;
     void* data = nullptr;

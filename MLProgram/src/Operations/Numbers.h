@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#pragma once
+
+#include "Tensor/Tensor.h"
+
+#include <cstdint>
+#include <limits>
+
+namespace MLProgram {
+
+// Toward zero; what is out of range becomes the nearest value in it, and NaN becomes 0.
+template <typename Integer> Integer saturated(double value) noexcept
+{
+    constexpr double lowest = std::numeric_limits<Integer>::min();
+    constexpr double highest = std::numeric_limits<Integer>::max();
+    if (value != value)
+        return 0;
+    return static_cast<Integer>(value < lowest ? lowest : value > highest ? highest : value);
+}
+
+// 32-bit integers of a program wrap around.
+inline int32_t wrapped(int64_t value) noexcept
+{
+    return static_cast<int32_t>(static_cast<uint32_t>(value));
+}
+
+// Calls body with a value of the C++ type that holds such elements.
+template <typename Body> decltype(auto) withElementType(ElementType element, Body&& body)
+{
+    switch (element) {
+    case ElementType::real:
+        return body(float {});
+    case ElementType::integer:
+        return body(int32_t {});
+    case ElementType::boolean:
+        break;
+    }
+    return body(uint8_t {});
+}
+
+} // namespace MLProgram
