@@ -10,10 +10,10 @@ namespace AudioIO {
 
 // Turns a stream of audio, piece by piece, into one channel at another rate.
 //
-// The pieces may be of any size: together they give the same samples as all at once. Time is not shifted: the
-// first sample given back belongs to the first frame put in. Up to 8 channels are mixed as their usual speaker
-// places ask (stereo: half of each; the bass channel of 5.1 is left out), more by their mean; the weights
-// add up to at most 1, so full scale stays full scale. Mono at the same rate passes through bit for bit.
+// The pieces may be of any size: together they give the same samples as all at once, up to rounding. Time is not
+// shifted: the first sample given back belongs to the first frame put in. Up to 8 channels are mixed as their usual
+// speaker places ask (stereo: half of each; the bass channel of 5.1 is left out), more by their mean; the weights add
+// up to at most 1, so full scale stays full scale. Mono at the same rate passes through bit for bit.
 //
 // One thread at a time; not tied to any.
 class AudioConverter {

@@ -22,10 +22,11 @@ bool isMP3(const Demuxer& demuxer)
     return demuxer.container().iformat->name == std::string_view("mp3");
 }
 
-// The demuxer's name is the list of the formats it reads.
-bool isMPEG4(const Demuxer& demuxer)
+// MPEG-4 counts the frames to be heard, without the padding on both sides.
+bool countsHeardFrames(const Demuxer& demuxer)
 {
-    return std::string_view(demuxer.container().iformat->name).starts_with("mov,");
+    const std::string_view formats = demuxer.container().iformat->name;
+    return formats.starts_with("mov,") && demuxer.stream().duration > 0;
 }
 
 int64_t inFrames(int64_t duration, AVRational unit, int sampleRate)
@@ -99,7 +100,7 @@ int64_t countFrames(const LocalFile& file, int sampleRate)
 AudioLength findLength(const LocalFile& file, const Demuxer& demuxer, int sampleRate)
 {
     const auto stated = statedFrames(demuxer, sampleRate);
-    if (stated && isMPEG4(demuxer))
+    if (stated && countsHeardFrames(demuxer))
         return { .frames = boundedBySize(*stated, file, demuxer), .paddingOfLastPacket = *stated };
 
     const int64_t frames = stated ? *stated : countFrames(file, sampleRate);
