@@ -21,16 +21,19 @@ def hann_window(geometry: Geometry = GEOMETRY) -> np.ndarray:
     return window
 
 
-def mel_filters(warp: float = 1.0, geometry: Geometry = GEOMETRY) -> np.ndarray:
+def mel_filters(warp=None, geometry: Geometry = GEOMETRY) -> np.ndarray:
     """Triangular filters, evenly spaced in mel from 0 to half the sample rate, of equal area.
 
-    warp multiplies the filters' frequencies: above 1 makes a voice's vocal tract seem longer.
+    warp, a function from frequencies to frequencies in Hz, moves the filters' edges; moving them up
+    makes a voice's vocal tract seem longer.
+
     Returns float32 [mel_bands, fft_length / 2 + 1], to be applied to a power spectrum.
     """
     nyquist = geometry.sample_rate / 2
     highest = 2595 * np.log10(1 + nyquist / 700)
     mels = np.linspace(0, highest, geometry.mel_bands + 2)
-    edges = 700 * (10 ** (mels / 2595) - 1) * warp
+    edges = 700 * (10 ** (mels / 2595) - 1)
+    edges = warp(edges) if warp else edges
     frequencies = np.arange(geometry.fft_length // 2 + 1) * geometry.sample_rate / geometry.fft_length
     left, centre, right = (edges[i : i + geometry.mel_bands, None] for i in range(3))
     rising = (frequencies - left) / (centre - left)

@@ -44,7 +44,8 @@ def write_mel(bundle: Path, geometry: Geometry) -> None:
     mask = program.input("mel_mask", 1, 1, 1, geometry.mel_frames)
 
     real, imaginary = layers.split(["real", "imaginary"], layers.convolution("fourier", rows))
-    power = layers.add("power", layers.unary("square", "real_square", real), layers.unary("square", "imaginary_square", imaginary))
+    squares = [layers.unary("square", part.name + "_square", part) for part in (real, imaginary)]
+    power = layers.add("power", *squares)
     energy = layers.logarithm("log_energy", layers.linear("filters", power), ENERGY_FLOOR * BASIS_SCALE**2)
 
     # Means over the whole window divided by the share of valid frames: no sum can leave the 16-bit range.

@@ -1,0 +1,48 @@
+; SPDX-License-Identifier: Apache-2.0
+; SPDX-FileCopyrightText: 2026 The Sorvane developers
+;
+; (speak VOICE STRETCH PITCH DEVIATION TEXT STEM) writes STEM.wav and STEM.txt, which has a line
+; "start end" in seconds for each token of the text; -1 stands for a token without sound.  STEM.done
+; appears when both are complete.
+
+(define (first_start word)
+  (item.feat word 'R:SylStructure.daughter1.daughter1.R:Segment.segment_start))
+
+(define (last_end word)
+  (item.feat word 'R:SylStructure.daughtern.daughtern.R:Segment.end))
+
+(define (sounding words)
+  (cond
+    ((null? words) nil)
+    ((> (last_end (car words)) 0) (cons (car words) (sounding (cdr words))))
+    (t (sounding (cdr words)))))
+
+(define (write_span file token)
+  (let ((words (sounding (item.daughters token))))
+    (if (null? words)
+        (format file "-1 -1\n")
+        (format file "%f %f\n" (first_start (car words)) (last_end (car (last words)))))))
+
+(define (write_spans file token)
+  (while token
+    (write_span file token)
+    (set! token (item.next token))))
+
+(define (speak voice stretch pitch deviation text stem)
+  (if (not (string-equal voice current_voice_name))
+      (begin
+        (eval (list (intern (string-append "voice_" voice))))
+        (set! current_voice_name voice)))
+  (Parameter.set 'Duration_Stretch stretch)
+  (if (> pitch 0)
+      (set! int_lr_params
+            (list (list 'target_f0_mean pitch) (list 'target_f0_std deviation)
+                  '(model_f0_mean 170) '(model_f0_std 34))))
+  (let ((utterance (utt.synth (eval (list 'Utterance 'Text text))))
+        (file (fopen (string-append stem ".txt") "w")))
+    (utt.save.wave utterance (string-append stem ".wav") 'riff)
+    (write_spans file (utt.relation.first utterance 'Token))
+    (fclose file)
+    (fclose (fopen (string-append stem ".done") "w"))))
+
+(set! current_voice_name "")
