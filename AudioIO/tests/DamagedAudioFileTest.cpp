@@ -35,8 +35,9 @@ class WithoutRoot {
 public:
     WithoutRoot()
     {
-        if (before_ == 0)
+        if (before_ == 0) {
             EXPECT_EQ(::seteuid(nobody), 0);
+        }
     }
     WithoutRoot(const WithoutRoot&) = delete;
     WithoutRoot& operator=(const WithoutRoot&) = delete;
