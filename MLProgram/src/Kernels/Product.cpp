@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "Kernels/Product.h"
+
+#include <PlatformSupport/Precondition.h>
+
+#include <omp.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace MLProgram {
+
+namespace {
+
+// Rows multiplied at a time; their packed values are read again for every panel and should stay in the caches.
+constexpr int64_t rowsPerBlock = 14 * 14;
+
+// Steps of the depth that are widened at a time: 128 KB of a panel, for the second-level cache. Shorter blocks would
+// load and store the results more often.
+constexpr int64_t widenedDepth = 1024;
+
+// Up to this many tiles, widening in registers for each tile is cheaper than widening into memory once.
+constexpr int64_t tilesWidenedInRegisters = 3;
+
+// Columns whose epilogue is run at one go.
+constexpr int64_t panelsPerTask = 8;
+
+// Below this many multiplications a second thread costs more than it brings.
+constexpr int64_t multiplicationsWorthThreads = 1 << 17;
+
+// Rows cut into tiles of nearly equal height.
+struct Tiles {
+    int64_t rows;
+    int64_t count;
+
+    Tiles(int64_t rowCount, int64_t tileRows)
+        : rows(rowCount)
+        , count((rowCount + tileRows - 1) / tileRows)
+    {
+    }
+    int64_t first(int64_t tile) const { return rows * tile / count; }
+    int64_t height(int64_t tile) const { return first(tile + 1) - first(tile); }
+};
+
+// One block of rows, from the packed left-hand values to finished results.
+class RowBlock {
+public:
+    RowBlock(const Product& product, const KernelSet& kernels, int64_t firstRow, int64_t rows)
+        : product_(product)
+        , kernels_(kernels)
+        , right_(*product.right)
+        , firstRow_(firstRow)
+        , tiles_(rows, kernels.tileRows)
+        , panelsPerTask_(std::clamp<int64_t>(right_.panelCount() / (2 * omp_get_max_threads()), 1, panelsPerTask))
+    {
+    }
+
+    int64_t tileCount() const { return tiles_.count; }
+    int64_t taskCount() const { return (right_.panelCount() + panelsPerTask_ - 1) / panelsPerTask_; }
+
+    void packTile(int64_t tile) const
+    {
+        product_.left->packTile(firstRow_ + tiles_.first(tile), tiles_.height(tile), packed(tile, 0));
+    }
+
+    void multiplyPanels(int64_t task) const
+    {
+        const int64_t first = task * panelsPerTask_;
+        const int64_t last = std::min(first + panelsPerTask_, right_.panelCount());
+        for (int64_t panel = first; panel < last; ++panel)
+            multiplyPanel(panel);
+        if (product_.epilogue.program != nullptr)
+            runEpilogue(first * right_.panelWidth(), std::min(last * right_.panelWidth(), right_.columns()));
+    }
+
+private:
+    float* packed(int64_t tile, int64_t k) const
+    {
+        return product_.workspace + tiles_.first(tile) * right_.depth() + k * tiles_.height(tile);
+    }
+
+    void multiplyPanel(int64_t panel) const
+    {
+        if (const float* values = right_.singlePanel(panel))
+            return multiplyTiles(panel, kernels_.tile, values, 0, right_.depth());
+        if (tiles_.count <= tilesWidenedInRegisters)
+            return multiplyTiles(panel, kernels_.tileOfHalves, right_.halfPanel(panel), 0, right_.depth());
+        alignas(64) float widened[widenedDepth * maximumPanelWidth];
+        for (int64_t k = 0; k < right_.depth(); k += widenedDepth) {
+            const int64_t depth = std::min(widenedDepth, right_.depth() - k);
+            kernels_.widen(right_.halfPanel(panel, k), widened, depth * right_.panelWidth());
+            multiplyTiles(panel, kernels_.tile, widened, k, depth);
+        }
+    }
+
+    void multiplyTiles(int64_t panel, void (*kernel)(const Tile&), const void* b, int64_t k, int64_t depth) const
+    {
+        const int64_t column = panel * right_.panelWidth();
+        for (int64_t tile = 0; tile < tiles_.count; ++tile) {
+            float* result = product_.result + (firstRow_ + tiles_.first(tile)) * product_.resultStride + column;
+            const Tile work { packed(tile, k), b, result, depth, tiles_.height(tile), product_.resultStride, k > 0 };
+            if (column + right_.panelWidth() <= right_.columns())
+                kernel(work);
+            else
+                multiplyAtEdge(kernel, work, right_.columns() - column);
+        }
+    }
+
+    // The last panel may be wider than what is left of the result.
+    void multiplyAtEdge(void (*kernel)(const Tile&), Tile work, int64_t columns) const
+    {
+        alignas(64) float whole[maximumTileRows * maximumPanelWidth];
+        float* const result = work.c;
+        work.c = whole;
+        const int64_t stride = std::exchange(work.cStride, right_.panelWidth());
+        if (work.accumulate) {
+            for (int64_t row = 0; row < work.rows; ++row) {
+                std::copy_n(result + row * stride, columns, whole + row * work.cStride);
+                std::fill(whole + row * work.cStride + columns, whole + (row + 1) * work.cStride, 0.0f);
+            }
+        }
+        kernel(work);
+        for (int64_t row = 0; row < work.rows; ++row)
+            std::copy_n(whole + row * work.cStride, columns, result + row * stride);
+    }
+
+    void runEpilogue(int64_t firstColumn, int64_t lastColumn) const
+    {
+        const Epilogue& epilogue = product_.epilogue;
+        boost::container::static_vector<RowInput, maximumSlots> inputs(1 + epilogue.inputs.size());
+        for (int64_t row = firstRow_; row < firstRow_ + tiles_.rows; ++row) {
+            float* values = product_.result + row * product_.resultStride + firstColumn;
+            inputs[0] = { values, ElementType::real, 1 };
+            for (size_t i = 0; i < epilogue.inputs.size(); ++i) {
+                const EpilogueInput& input = epilogue.inputs[i];
+                const int64_t offset = row * input.rowStride + firstColumn * input.columnStride;
+                const auto* data = static_cast<const std::byte*>(input.data);
+                const auto size = static_cast<int64_t>(sizeOf(input.element));
+                inputs[i + 1] = { data + offset * size, input.element, input.columnStride };
+            }
+            runRow(*epilogue.program, inputs, { values, 1 }, lastColumn - firstColumn, kernels_);
+        }
+    }
+
+    const Product& product_;
+    const KernelSet& kernels_;
+    const PackedMatrix& right_;
+    int64_t firstRow_;
+    Tiles tiles_;
+    int64_t panelsPerTask_;
+};
+
+} // namespace
+
+int64_t productWorkspace(int64_t rows, int64_t depth) noexcept
+{
+    return std::min(rows, rowsPerBlock) * depth;
+}
+
+void multiply(const Product& product, const KernelSet& kernels)
+{
+    const int64_t rows = product.left->rows();
+    const int64_t depth = product.right->depth();
+    PlatformSupport::precondition(product.left->depth() == depth, "a product's sides have different depths");
+    PlatformSupport::precondition(
+        product.right->panelWidth() == kernels.panelWidth, "weights were packed for other kernels");
+    [[maybe_unused]] const bool isWorthThreads = rows * depth * product.right->columns() > multiplicationsWorthThreads;
+
+#pragma omp parallel if (isWorthThreads)
+    for (int64_t firstRow = 0; firstRow < rows; firstRow += rowsPerBlock) {
+        const RowBlock block(product, kernels, firstRow, std::min(rowsPerBlock, rows - firstRow));
+#pragma omp for schedule(static)
+        for (int64_t tile = 0; tile < block.tileCount(); ++tile)
+            block.packTile(tile);
+#pragma omp for schedule(dynamic)
+        for (int64_t task = 0; task < block.taskCount(); ++task)
+            block.multiplyPanels(task);
+    }
+}
+
+} // namespace MLProgram
