@@ -20,19 +20,19 @@ using ValueIndex = uint32_t;
 
 // Something that is assigned once: a parameter, an output of an operation, a constant.
 struct Value {
-    std::string name; // unique in its function; empty for a value written in place, among the arguments
-    ValueType type;
+    std::string name {}; // unique in its function; empty for a value written in place, among the arguments
+    ValueType type {};
 
     // Known from the text: the value of a `const`, or one written in place. The type is then a tensor's, and
     // without open dimensions.
-    std::optional<Constant> constant;
+    std::optional<Constant> constant {};
 };
 
 struct Argument {
-    std::string name;
+    std::string name {};
 
     // One; for a variadic parameter, as the `values` of concat, any number.
-    std::vector<ValueIndex> values;
+    std::vector<ValueIndex> values {};
 };
 
 // One statement of a function. A `const` is none: its output is a value with a constant.
@@ -47,6 +47,9 @@ struct Operation {
     std::vector<Argument> arguments;
 
     std::vector<ValueIndex> outputs;
+
+    // It has blocks of statements of its own (cond, while_loop), which are not read.
+    bool hasNestedBlocks = false;
 
     uint32_t line = 0; // of the text, from 1
 

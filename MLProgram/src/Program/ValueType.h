@@ -21,10 +21,10 @@ struct ValueType {
     Kind kind = Kind::tensor;
 
     ScalarType scalar = ScalarType::float32; // of a tensor
-    Shape shape; // of a tensor; may hold unknownDimension
+    Shape shape {}; // of a tensor; may hold unknownDimension
 
     // list and state: one, of the elements and of the tensor kept; tuple: each member's; dictionary: key and value.
-    std::vector<ValueType> parts;
+    std::vector<ValueType> parts {};
     int64_t length = unknownDimension; // of a list
 
     bool operator==(const ValueType&) const = default;
