@@ -17,7 +17,7 @@ from random import Random
 import numpy as np
 
 from .voices import Espeak, Festival, Flite, Spoken
-from .voices.festival import DIPHONE_VOICE, HELD_OUT_VOICE, STATISTICAL_VOICE
+from .voices.festival import BORROWED_VOICES, DIPHONE_VOICE, HELD_OUT_VOICE
 from .voices.flite import DIPHONE_VOICES, STATISTICAL_VOICES
 
 ENGINES = {
@@ -27,7 +27,7 @@ ENGINES = {
     "flite-diphone": lambda random, folder: Flite(random, DIPHONE_VOICES),
     "flite-statistical": lambda random, folder: Flite(random, STATISTICAL_VOICES),
     "festival-diphone": lambda random, folder: Festival(random, DIPHONE_VOICE),
-    "festival-statistical": lambda random, folder: Festival(random, STATISTICAL_VOICE),
+    "festival-borrowed": lambda random, folder: Festival(random, BORROWED_VOICES),
     "festival-held-out": lambda random, folder: Festival(random, HELD_OUT_VOICE),
 }
 
@@ -119,7 +119,7 @@ class ShardWriter:
         self._descriptions, self._samples, self._length = [], [], 0
 
 
-def trimmed(spoken: Spoken) -> bool:
+def has_good_length(spoken: Spoken) -> bool:
     return SHORTEST_SECONDS <= spoken.seconds <= LONGEST_SECONDS
 
 
@@ -138,7 +138,7 @@ def speak(engine: str, texts: list[tuple[str, str]], folder: Path, hours: float,
         index += 1
         tokens, owners = spoken_tokens(text)
         spoken = synthesiser.speak(tokens)
-        spans = word_spans(spoken, owners) if spoken and trimmed(spoken) else None
+        spans = word_spans(spoken, owners) if spoken and has_good_length(spoken) else None
         if spans:
             writer.add({"kind": kind, "text": text, "speaker": speaker, "words": spans}, spoken.samples)
             seconds += spoken.seconds

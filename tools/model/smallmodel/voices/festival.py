@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 # SPDX-FileCopyrightText: 2026 The Sorvane developers
-"""festival as a program: diphone voices and one statistical voice."""
+"""festival as a program: diphone voices of English, and diphones of other languages lent to English."""
 
 import subprocess
 import tempfile
@@ -18,15 +18,55 @@ SCRIPT = Path(__file__).with_name("festival.scm")
 # Never trained on: it measures how the model does with an unknown speaker.
 HELD_OUT_VOICE = "ked_diphone"
 DIPHONE_VOICE = "kal_diphone"
-STATISTICAL_VOICE = "cmu_us_slt_arctic_hts"
+
+
+# Stands for all speakers of BORROWED.
+BORROWED_VOICES = "borrowed"
+
+VOICES = Path("/usr/share/festival/voices")
+
+# Sounds of other languages that start and end the phones of English: common ones, then those of a language.
+COMMON_SOUNDS = {phone: phone for phone in "b d f g k l m n p r s t v".split()} | {
+    "aa": "a", "ae": "e", "ah": "a", "ao": "o", "aw": "a u", "ax": "e", "ay": "a j", "dh": "d", "eh": "e", "er": "e r",
+    "ey": "e j", "hh": "h", "ih": "i", "iy": "i", "ow": "o u", "oy": "o j", "pau": "#", "th": "t", "uh": "u", "uw": "u",
+    "w": "u", "y": "j", "z": "z",
+}  # fmt: skip
+CZECH_SOUNDS = COMMON_SOUNDS | {"ch": "c~", "jh": "dz~", "ng": "n*", "sh": "s~", "zh": "z~", "th": "s", "w": "v"}
+FINNISH_SOUNDS = COMMON_SOUNDS | {
+    "ae": "@", "ax": "7", "ay": "a i", "ch": "t s", "er": "7 r", "ey": "e i", "jh": "d s", "ng": "N", "oy": "o i",
+    "sh": "s", "w": "w", "z": "s", "zh": "s",
+}  # fmt: skip
+ITALIAN_SOUNDS = COMMON_SOUNDS | {"ch": "tS", "hh": "#", "jh": "dZ", "ng": "n", "sh": "S", "w": "w", "zh": "dZ"}
+
+# Speakers of other languages, with their diphones and sounds.
+BORROWED = {
+    "czech-ph": (VOICES / "czech/czech_ph/group/ph.group", CZECH_SOUNDS),
+    "czech-dita": (VOICES / "czech/czech_dita/group/dita.group", CZECH_SOUNDS),
+    "czech-machac": (VOICES / "czech/czech_machac/group/machac.group", CZECH_SOUNDS),
+    "czech-krb": (VOICES / "czech/czech_krb/group/krb.group", CZECH_SOUNDS),
+    "finnish-lj": (VOICES / "finnish/suo_fi_lj_diphone/group/ljlpc.group", FINNISH_SOUNDS),
+    "finnish-mv": (VOICES / "finnish/hy_fi_mv_diphone/group/mvlpc.group", FINNISH_SOUNDS),
+    "italian-lp": (VOICES / "italian/lp_diphone/group/lp_diphone.group", ITALIAN_SOUNDS),
+}
+
+
+def borrowed_voice(name: str) -> str:
+    """The expression that makes a borrowed speaker the current voice."""
+    index, sounds = BORROWED[name]
+    listed = " ".join(f'("{phone}" {" ".join(map(quoted, there.split()))})' for phone, there in sounds.items())
+    return f"(voice_borrowed {quoted(name)} {quoted(str(index))} '({listed}))"
+
+
+def quoted(text: str) -> str:
+    return f'"{text}"'
 
 
 class Festival:
-    """Speaks with one voice; the program runs as long as the object lives."""
+    """Speaks with one voice, or with all borrowed speakers in turn; the program lives as long as the object."""
 
     def __init__(self, random: Random, voice: str):
         self._random = random
-        self.speaker = voice
+        self._voice = voice
         self._folder = tempfile.TemporaryDirectory()
         self._program = subprocess.Popen(
             ["festival", "--pipe"],
@@ -38,12 +78,14 @@ class Festival:
         self._say(f'(load "{SCRIPT}")')
 
     def next_speaker(self) -> str:
-        """Picks pace and, for a diphone voice, the melody."""
+        """Picks pace and melody, and the borrowed speaker; the held-out voice keeps its melody."""
+        self.speaker = self._voice
         self._stretch = self._random.uniform(0.8, 1.35)
-        diphone = self.speaker.endswith("_diphone")
-        held_out = self.speaker == HELD_OUT_VOICE
-        self._pitch = 0 if held_out or not diphone else self._random.uniform(75, 190)
+        self._pitch = 0 if self._voice == HELD_OUT_VOICE else self._random.uniform(75, 190)
         self._deviation = self._random.uniform(6, 30)
+        if self._voice == BORROWED_VOICES:
+            self.speaker = self._random.choice(list(BORROWED))
+            self._say(borrowed_voice(self.speaker))
         return self.speaker
 
     def speak(self, tokens: list[str]) -> Spoken | None:

@@ -28,6 +28,30 @@
     (write_span file token)
     (set! token (item.next token))))
 
+; A borrowed speaker has the English voice's pronunciation, timing and melody, but takes the sounds of
+; the diphones of a speaker of another language: each phone starts and ends as the nearest of theirs.
+
+(define (borrow_sounds utterance)
+  (mapcar
+    (lambda (segment)
+      (let ((sounds (cdr (assoc_string (item.name segment) borrowed_sounds))))
+        (item.set_feat segment "us_diphone_right" (car sounds))
+        (item.set_feat segment "us_diphone_left" (car (last sounds)))))
+    (utt.relation.items utterance 'Segment))
+  utterance)
+
+(define (voice_borrowed name index_file sounds)
+  (voice_kal_diphone)
+  (set! borrowed_sounds sounds)
+  (set! UniSyn_module_hooks (list borrow_sounds))
+  (if (not (member_string name borrowed_databases))
+      (begin
+        (us_diphone_init
+          (list (list 'name name) (list 'index_file index_file) '(grouped "true") '(default_diphone "#-#")))
+        (set! borrowed_databases (cons name borrowed_databases))))
+  (us_db_select name)
+  (set! current_voice_name name))
+
 (define (speak voice stretch pitch deviation text stem)
   (if (not (string-equal voice current_voice_name))
       (begin
@@ -45,4 +69,5 @@
     (fclose file)
     (fclose (fopen (string-append stem ".done") "w"))))
 
+(set! borrowed_databases nil)
 (set! current_voice_name "")
