@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#pragma once
+
+#include "Operations/Operation.h"
+
+#include <span>
+
+namespace MLProgram {
+
+using Definitions = std::span<const OperationDefinition>;
+
+// The operations of each subject, one function for each source file of this folder.
+Definitions activations() noexcept;
+Definitions elementwiseBinaries() noexcept;
+Definitions elementwiseUnaries() noexcept;
+
+} // namespace MLProgram
