@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace MLProgram {
 
@@ -25,26 +26,27 @@ private:
 };
 
 // Features by name. Made once and used for any number of predictions: it refers to its arrays, so that only
-// their contents change between calls.
+// their contents change between calls. Copies share the dictionary, and cost nothing.
 class MLDictionaryFeatureProvider {
 public:
     MLDictionaryFeatureProvider() = default;
     explicit MLDictionaryFeatureProvider(std::map<std::string, MLFeatureValue> dictionary)
-        : dictionary_(std::move(dictionary))
+        : dictionary_(std::make_shared<const Dictionary>(std::move(dictionary)))
     {
     }
 
-    const std::map<std::string, MLFeatureValue>& dictionary() const noexcept { return dictionary_; }
+    const std::map<std::string, MLFeatureValue>& dictionary() const noexcept { return *dictionary_; }
 
     // Null when there is no such feature.
     const MLFeatureValue* featureValue(const std::string& name) const
     {
-        const auto found = dictionary_.find(name);
-        return found == dictionary_.end() ? nullptr : &found->second;
+        const auto found = dictionary_->find(name);
+        return found == dictionary_->end() ? nullptr : &found->second;
     }
 
 private:
-    std::map<std::string, MLFeatureValue> dictionary_;
+    using Dictionary = std::map<std::string, MLFeatureValue>;
+    std::shared_ptr<const Dictionary> dictionary_ = std::make_shared<const Dictionary>(); // never null
 };
 
 // How one prediction is to be made.

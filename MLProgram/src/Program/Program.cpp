@@ -13,6 +13,11 @@ const Argument* Operation::argument(std::string_view parameter) const noexcept
     return found == arguments.end() ? nullptr : &*found;
 }
 
+std::string place(const Operation& operation)
+{
+    return "model.mil, line " + std::to_string(operation.line);
+}
+
 const Function* Program::function(std::string_view name) const noexcept
 {
     const auto found = std::find_if(

@@ -56,6 +56,9 @@ struct Operation {
     const Argument* argument(std::string_view parameter) const noexcept; // null when absent
 };
 
+// Where the operation stands, as errors say it: "model.mil, line 12".
+std::string place(const Operation& operation);
+
 // Which shapes the input of a function may have, when its dimensions are open.
 struct ShapeFlexibility {
     std::vector<int64_t> defaultShape;

@@ -55,6 +55,14 @@ std::string description(const ValueType& type)
     return {};
 }
 
+std::string description(const TensorType& type)
+{
+    const ScalarType scalar = type.element == ElementType::real ? ScalarType::float32
+        : type.element == ElementType::boolean                  ? ScalarType::boolean
+                                                                : ScalarType::int32;
+    return description(ValueType { .scalar = scalar, .shape = type.shape });
+}
+
 bool admits(const ValueType& declared, const Shape& shape) noexcept
 {
     return declared.kind == ValueType::Kind::tensor && declared.shape.size() == shape.size()

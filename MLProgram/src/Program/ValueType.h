@@ -35,6 +35,7 @@ struct ValueType {
 
 // As the program text of the newer spelling has it: "tensor<fp16, [1, ?]>", "int32".
 std::string description(const ValueType& type);
+std::string description(const TensorType& type); // as "tensor<fp32, [1, 4]>"
 
 // True when a tensor of this shape is one of the declared type: the rank and every known dimension agree.
 bool admits(const ValueType& declared, const Shape& shape) noexcept;

@@ -14,7 +14,8 @@ void failAt(const Token& token, std::string_view fault)
 void failAt(const Token& token, MLModelError::Case which, std::string_view fault)
 {
     throw MLModelError(which,
-        "line " + std::to_string(token.line) + ", column " + std::to_string(token.column) + ": " + std::string(fault));
+        "model.mil, line " + std::to_string(token.line) + ", column " + std::to_string(token.column) + ": "
+            + std::string(fault));
 }
 
 } // namespace MLProgram

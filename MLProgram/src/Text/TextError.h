@@ -11,7 +11,7 @@
 namespace MLProgram {
 
 // Throws MLModelError with the place in the program text in front of the fault, as in
-// "line 12, column 40: a type is expected, not "sin"".
+// "model.mil, line 12, column 40: a type is expected, not "sin"".
 [[noreturn]] void failAt(const Token& token, std::string_view fault);
 [[noreturn]] void failAt(const Token& token, MLModelError::Case which, std::string_view fault);
 

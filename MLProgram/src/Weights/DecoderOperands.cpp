@@ -90,8 +90,8 @@ std::vector<std::byte> DecoderOperands::storage(size_t index, ScalarType type, c
 void DecoderOperands::require(bool holds, std::string_view fault) const
 {
     if (!holds)
-        throw MLModelError(MLModelError::Case::invalidProgram,
-            "line " + std::to_string(operation_.line) + ": " + operation_.name + ": " + std::string(fault));
+        throw MLModelError(
+            MLModelError::Case::invalidProgram, place(operation_) + ": " + operation_.name + ": " + std::string(fault));
 }
 
 } // namespace MLProgram

@@ -74,18 +74,18 @@ TEST(Lexer, CountsLinesAndColumns)
 TEST(Lexer, RefusesWhatBeginsNoWord)
 {
     EXPECT_EQ(errorOf([] { words("a\n #"); }, MLModelError::Case::invalidProgram),
-        "line 2, column 2: this byte begins no word");
+        "model.mil, line 2, column 2: this byte begins no word");
     EXPECT_EQ(errorOf([] { words("a - b"); }, MLModelError::Case::invalidProgram),
-        "line 1, column 3: this byte begins no word");
+        "model.mil, line 1, column 3: this byte begins no word");
     EXPECT_EQ(errorOf([] { words(std::string_view("\0", 1)); }, MLModelError::Case::invalidProgram),
-        "line 1, column 1: this byte begins no word");
+        "model.mil, line 1, column 1: this byte begins no word");
 }
 
 TEST(Lexer, RefusesAStringWithoutEnd)
 {
     for (const char* const text : { "\"abc", "\"abc\\", "\"abc\\\"" })
         EXPECT_EQ(errorOf([&] { words(text); }, MLModelError::Case::invalidProgram),
-            "line 1, column 1: this string does not end");
+            "model.mil, line 1, column 1: this string does not end");
 }
 
 TEST(Lexer, GivesTheEndAgainAndAgain)

@@ -108,7 +108,7 @@ TEST(Literal, RefusesMalformedFloats)
 {
     for (const char* const text : { "fp32(0x)", "fp32(0x1p)", "fp32(1e)", "fp32(1.5x)", "fp32(0x-1p+0)",
              "fp32(infinite)", "fp32(--1)", "fp32(\"1\")", "fp32([1])", "fp32()" })
-        EXPECT_THAT(faultOfLiteral(text), HasSubstr("line 1, column")) << text;
+        EXPECT_THAT(faultOfLiteral(text), HasSubstr("model.mil, line 1, column")) << text;
 }
 
 TEST(Literal, ReadsNestedLists)
@@ -135,12 +135,12 @@ TEST(Literal, ReadsEmptyTensors)
 
 TEST(Literal, RefusesListsOfAnotherForm)
 {
-    EXPECT_EQ(faultOfLiteral("tensor<int32, [3]>([1, 2])"), "line 1, column 25: this list has 2 elements instead of 3");
+    EXPECT_EQ(faultOfLiteral("tensor<int32, [3]>([1, 2])"), "model.mil, line 1, column 25: this list has 2 elements instead of 3");
     for (const char* const text : { "tensor<int32, [2]>([1, 2, 3])", "tensor<int32, [2, 2]>([[1, 2], [3]])",
              "tensor<int32, [2]>([[1, 2]])", "tensor<int32, [2, 2]>([1, 2])", "tensor<int32, [2]>(1, 2)",
              "tensor<int32, [2]>([1, 2,])", "tensor<int32, [2]>([1 2])", "tensor<int32, [2]>([1, 2]",
              "tensor<int32, [?, 2]>([[1, 2], [3]])", "tensor<int32, [2]>([[1], 2])" })
-        EXPECT_THAT(faultOfLiteral(text), HasSubstr("line 1, column")) << text;
+        EXPECT_THAT(faultOfLiteral(text), HasSubstr("model.mil, line 1, column")) << text;
 }
 
 TEST(Literal, ReadsListsTuplesAndDictionaries)
@@ -172,7 +172,7 @@ TEST(Literal, RefusesPartsOfAnotherForm)
     for (const char* const text :
         { "list<int32, 2>([1])", "tuple<int32, int32>((1))", "tuple<int32>((1, 2))", "dict<string, int32>({{\"a\"}})",
             "dict<string, int32>({\"a\", 1})", "state<int32>(1)", "list<int32, 1>((1))" })
-        EXPECT_THAT(faultOfLiteral(text), HasSubstr("line 1, column")) << text;
+        EXPECT_THAT(faultOfLiteral(text), HasSubstr("model.mil, line 1, column")) << text;
 }
 
 TEST(Literal, TakesStoredValuesFromTheSource)

@@ -88,7 +88,7 @@ TEST(ProgramReader, ReadsAnOpsetOfASingleOperation)
     EXPECT_EQ(program.functions.front().operations.front().opset, 15);
     EXPECT_EQ(
         errorOf([] { read(mainFunction("fp32 x", "fp32 y = relu<mac1>(x = x);")); }, MLModelError::Case::unsupported),
-        "line 3, column 15: the opset \"mac1\" is not supported");
+        "model.mil, line 3, column 15: the opset \"mac1\" is not supported");
 }
 
 TEST(ProgramReader, MakesArgumentsOfTheAttributesOfWeightDecoders)
@@ -117,7 +117,7 @@ TEST(ProgramReader, ReadsSeveralFunctions)
     EXPECT_NE(program.function("b"), nullptr);
     EXPECT_EQ(program.function("c"), nullptr);
     EXPECT_EQ(faultOf("program(1.3) { func a<ios18>(fp32 x) { } -> (x); func a<ios18>(fp32 x) { } -> (x); }"),
-        "line 1, column 50: there are two functions named \"a\"");
+        "model.mil, line 1, column 50: there are two functions named \"a\"");
 }
 
 TEST(ProgramReader, ReadsRangesOfShapes)
@@ -154,7 +154,7 @@ TEST(ProgramReader, PassesOverAnEmptyShapeInformation)
 TEST(ProgramReader, RefusesShapeInformationOfAnotherForm)
 {
     EXPECT_THAT(faultOf("program(1.3) { func main<ios17>(fp32 x) [FlexibleShapeInformation = int32(1)] { } -> (x); }"),
-        HasSubstr("line 1, column 42: the shape information of the function has an unknown form"));
+        HasSubstr("model.mil, line 1, column 42: the shape information of the function has an unknown form"));
 }
 
 TEST(ProgramReader, KeepsNestedBlocksForTheCatalogueToRefuse)
@@ -169,7 +169,7 @@ TEST(ProgramReader, KeepsNestedBlocksForTheCatalogueToRefuse)
 
 TEST(ProgramReader, RefusesNamesThatAreDefinedTwice)
 {
-    EXPECT_EQ(faultOf(mainFunction("fp32 x, fp32 x", "")), "line 2, column 33: \"x\" is defined twice");
+    EXPECT_EQ(faultOf(mainFunction("fp32 x, fp32 x", "")), "model.mil, line 2, column 33: \"x\" is defined twice");
     EXPECT_THAT(faultOf(mainFunction("fp32 x", "fp32 x = relu(x = x);")), HasSubstr("\"x\" is defined twice"));
     EXPECT_THAT(faultOf(mainFunction("fp32 x", "fp32 y, fp32 y = f(x = x);")), HasSubstr("\"y\" is defined twice"));
     EXPECT_THAT(faultOf(mainFunction("fp32 x", "fp32 y = f(x = x, x = x);")), HasSubstr("\"x\" is given twice"));
@@ -178,7 +178,7 @@ TEST(ProgramReader, RefusesNamesThatAreDefinedTwice)
 TEST(ProgramReader, RefusesNamesThatAreNotDefined)
 {
     EXPECT_EQ(faultOf(mainFunction("fp32 x", "fp32 y = relu(x = z);")),
-        "line 3, column 19: \"z\" is not defined before this place");
+        "model.mil, line 3, column 19: \"z\" is not defined before this place");
     EXPECT_THAT(faultOf(mainFunction("fp32 x", "fp32 y = relu(x = y);")), HasSubstr("\"y\" is not defined"));
     EXPECT_THAT(faultOf(mainFunction("fp32 x", "", "y")), HasSubstr("\"y\" is not defined"));
 }
@@ -211,16 +211,16 @@ TEST(ProgramReader, RefusesSizesBeyondAllReason)
 
 TEST(ProgramReader, SaysWhatWasExpectedAndWhere)
 {
-    EXPECT_EQ(faultOf("programme(1.0)"), "line 1, column 1: program is expected, not \"programme\"");
-    EXPECT_EQ(faultOf(""), "line 1, column 1: program is expected, not the end of the text");
-    EXPECT_EQ(faultOf("program(1.0) { } x"), "line 1, column 18: the end of the text is expected, not \"x\"");
-    EXPECT_EQ(faultOf(mainFunction("half x", "")), "line 2, column 20: \"half\" is no type");
-    EXPECT_EQ(faultOf(mainFunction("tensor<half, []> x", "")), "line 2, column 27: \"half\" is no element type");
-    EXPECT_EQ(faultOf(mainFunction("fp32 x", "fp32 y = relu(x = x)")), "line 4, column 1: ; is expected, not \"}\"");
+    EXPECT_EQ(faultOf("programme(1.0)"), "model.mil, line 1, column 1: program is expected, not \"programme\"");
+    EXPECT_EQ(faultOf(""), "model.mil, line 1, column 1: program is expected, not the end of the text");
+    EXPECT_EQ(faultOf("program(1.0) { } x"), "model.mil, line 1, column 18: the end of the text is expected, not \"x\"");
+    EXPECT_EQ(faultOf(mainFunction("half x", "")), "model.mil, line 2, column 20: \"half\" is no type");
+    EXPECT_EQ(faultOf(mainFunction("tensor<half, []> x", "")), "model.mil, line 2, column 27: \"half\" is no element type");
+    EXPECT_EQ(faultOf(mainFunction("fp32 x", "fp32 y = relu(x = x)")), "model.mil, line 4, column 1: ; is expected, not \"}\"");
     EXPECT_EQ(faultOf(mainFunction("fp32 " + std::string(50, 'a') + " =", "")),
-        "line 2, column 76: ) is expected, not \"=\"");
+        "model.mil, line 2, column 76: ) is expected, not \"=\"");
     EXPECT_EQ(errorOf([] { read("program(2.0) { }"); }, MLModelError::Case::unsupported),
-        "line 1, column 9: version 2.0 of the program text is not supported");
+        "model.mil, line 1, column 9: version 2.0 of the program text is not supported");
 }
 
 TEST(ProgramReader, AddsThePlaceToErrorsOfTheWeights)
@@ -233,7 +233,7 @@ TEST(ProgramReader, AddsThePlaceToErrorsOfTheWeights)
     } weights;
     const std::string text = mainFunction(
         "", "fp16 a = const()[val = fp16(BLOBFILE(path = string(\"@model_path/w\"), offset = uint64(64)))];");
-    EXPECT_EQ(errorOf([&] { readProgram(text, weights); }, MLModelError::Case::io), "line 3, column 29: no file");
+    EXPECT_EQ(errorOf([&] { readProgram(text, weights); }, MLModelError::Case::io), "model.mil, line 3, column 29: no file");
 }
 
 } // namespace
