@@ -13,6 +13,8 @@ constexpr Definitions (*subjects[])() noexcept = {
     activations,
     elementwiseBinaries,
     elementwiseUnaries,
+    gatherings,
+    scatterings,
 };
 
 const std::vector<OperationDefinition>& catalogue() noexcept

@@ -14,5 +14,7 @@ using Definitions = std::span<const OperationDefinition>;
 Definitions activations() noexcept;
 Definitions elementwiseBinaries() noexcept;
 Definitions elementwiseUnaries() noexcept;
+Definitions gatherings() noexcept;
+Definitions scatterings() noexcept;
 
 } // namespace MLProgram
