@@ -70,4 +70,18 @@ std::vector<int64_t> integers(const json& object, const char* key)
     return result;
 }
 
+std::vector<std::string> strings(const json& array)
+{
+    if (!array.is_array())
+        throw DecodingError("not a JSON array");
+    std::vector<std::string> result;
+    result.reserve(array.size());
+    for (const json& element : array) {
+        if (!element.is_string())
+            throw DecodingError("element " + std::to_string(result.size()) + " is not a string");
+        result.push_back(element.get_ref<const std::string&>());
+    }
+    return result;
+}
+
 } // namespace Ostrel::JSONFields

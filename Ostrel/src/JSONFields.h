@@ -17,4 +17,7 @@ double number(const nlohmann::json& object, const char* key);
 int64_t integer(const nlohmann::json& object, const char* key);
 std::vector<int64_t> integers(const nlohmann::json& object, const char* key);
 
+// All elements of an array of strings.
+std::vector<std::string> strings(const nlohmann::json& array);
+
 } // namespace Ostrel::JSONFields
