@@ -11,10 +11,17 @@ namespace {
 
 constexpr Definitions (*subjects[])() noexcept = {
     activations,
+    convolutions,
     elementwiseBinaries,
     elementwiseUnaries,
     gatherings,
+    joinings,
+    normalisations,
+    products,
+    rearrangings,
+    reshapings,
     scatterings,
+    upsamplings,
 };
 
 const std::vector<OperationDefinition>& catalogue() noexcept

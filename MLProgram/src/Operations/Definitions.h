@@ -12,9 +12,16 @@ using Definitions = std::span<const OperationDefinition>;
 
 // The operations of each subject, one function for each source file of this folder.
 Definitions activations() noexcept;
+Definitions convolutions() noexcept;
 Definitions elementwiseBinaries() noexcept;
 Definitions elementwiseUnaries() noexcept;
 Definitions gatherings() noexcept;
+Definitions joinings() noexcept;
+Definitions normalisations() noexcept;
+Definitions products() noexcept;
+Definitions rearrangings() noexcept;
+Definitions reshapings() noexcept;
 Definitions scatterings() noexcept;
+Definitions upsamplings() noexcept;
 
 } // namespace MLProgram

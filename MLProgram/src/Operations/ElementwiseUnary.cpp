@@ -267,10 +267,7 @@ TensorTypes inferIdentity(const Operands& operands)
 
 void evaluateIdentity(const Operands& operands, std::span<const TensorView> outputs)
 {
-    withElementType(outputs[0].type.element, [&](auto zero) {
-        std::ranges::copy(
-            operands.tensor("x").values<const decltype(zero)>(), outputs[0].values<decltype(zero)>().begin());
-    });
+    copyAll(operands.tensor("x"), outputs[0]);
 }
 
 constexpr OperationDefinition definitions[] = {

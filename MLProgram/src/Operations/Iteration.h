@@ -52,6 +52,19 @@ void mapElements(const Operands& operands, const TensorView& output, Function fu
     std::ranges::transform(operands.tensor("x").values<const T>(), output.values<T>().begin(), function);
 }
 
+// A way through a tensor: where it starts, in elements, and the steps along each dimension.
+struct Walk {
+    int64_t start = 0;
+    Strides strides;
+};
+
+// Copies an element from one way to the other for each index of `shape`; both tensors hold elements of one type.
+void copyElements(
+    const Shape& shape, const TensorView& from, const Walk& reading, const TensorView& to, const Walk& writing);
+
+// Copies everything; the tensors have the same number of elements of one type.
+void copyAll(const TensorView& from, const TensorView& to);
+
 // A tensor's dimensions in two groups: those along some axes, and the others. Operations that work along axes visit
 // the others first and the axes within.
 struct Grouping {

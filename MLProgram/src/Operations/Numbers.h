@@ -25,6 +25,16 @@ inline int32_t wrapped(int64_t value) noexcept
     return static_cast<int32_t>(static_cast<uint32_t>(value));
 }
 
+// sum + x * y
+inline float multiplyAdd(float sum, float x, float y) noexcept
+{
+    return sum + x * y;
+}
+inline int32_t multiplyAdd(int32_t sum, int32_t x, int32_t y) noexcept
+{
+    return wrapped(sum + int64_t { x } * y);
+}
+
 // Calls body with a value of the C++ type that holds such elements.
 template <typename Body> decltype(auto) withElementType(ElementType element, Body&& body)
 {
@@ -37,6 +47,12 @@ template <typename Body> decltype(auto) withElementType(ElementType element, Bod
         break;
     }
     return body(uint8_t {});
+}
+
+// The same where only numbers occur.
+template <typename Body> decltype(auto) withNumberType(ElementType element, Body&& body)
+{
+    return element == ElementType::integer ? body(int32_t {}) : body(float {});
 }
 
 } // namespace MLProgram
