@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "Descriptor.h"
+
+#include <ModelStore/FoundationFileSystem.h>
+#include <ModelStore/ModelStoreError.h>
+#include <ModelStore/SHA256.h>
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+namespace ModelStore {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t pieceSize = size_t { 1 } << 20; // of a file that is hashed
+
+[[noreturn]] void fail(const char* what, const std::string& path)
+{
+    throw fs::filesystem_error(what, path, std::error_code(errno, std::generic_category()));
+}
+
+std::string environment(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+std::string homeDirectory()
+{
+    if (const std::string home = environment("HOME"); !home.empty())
+        return home;
+    const passwd* const user = ::getpwuid(::getuid());
+    return user != nullptr ? user->pw_dir : "/";
+}
+
+} // namespace
+
+FoundationFileSystem::FoundationFileSystem(std::optional<std::string> cacheRoot)
+    : cacheRoot_(std::move(cacheRoot))
+{
+    if (cacheRoot_ && cacheRoot_->empty())
+        cacheRoot_.reset();
+}
+
+bool FoundationFileSystem::exists(const std::string& path) const
+{
+    std::error_code ignored;
+    return fs::exists(path, ignored);
+}
+
+std::optional<int64_t> FoundationFileSystem::size(const std::string& path) const
+{
+    std::error_code error;
+    const uintmax_t size = fs::file_size(path, error);
+    return error ? std::nullopt : std::optional(static_cast<int64_t>(size));
+}
+
+Bytes FoundationFileSystem::read(const std::string& path) const
+{
+    const Descriptor file(path, O_RDONLY);
+    if (!file)
+        fail("cannot read file", path);
+    Bytes bytes;
+    if (!file.readAll(bytes))
+        fail("cannot read file", path);
+    return bytes;
+}
+
+void FoundationFileSystem::write(const std::string& path, const Bytes& bytes) const
+{
+    const std::string temporary = path + ".new";
+    {
+        const Descriptor file(temporary, O_WRONLY | O_CREAT | O_TRUNC);
+        if (!file || !file.writeAll(bytes) || ::fsync(file.number()) != 0) {
+            const int error = errno;
+            ::unlink(temporary.c_str());
+            errno = error;
+            fail("cannot write file", path);
+        }
+    }
+    fs::rename(temporary, path);
+}
+
+void FoundationFileSystem::makeDirectory(const std::string& path) const
+{
+    fs::create_directories(path);
+}
+
+void FoundationFileSystem::move(const std::string& from, const std::string& to) const
+{
+    remove(to);
+    fs::rename(from, to);
+}
+
+void FoundationFileSystem::remove(const std::string& path) const
+{
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+}
+
+std::string FoundationFileSystem::defaultCacheRoot() const
+{
+    if (cacheRoot_)
+        return *cacheRoot_;
+    // The standard has a path that is not absolute ignored.
+    if (const std::string caches = environment("XDG_CACHE_HOME"); caches.starts_with('/'))
+        return caches;
+    return homeDirectory() + "/.cache";
+}
+
+std::vector<std::string> FoundationFileSystem::listDirectory(const std::string& path) const
+{
+    std::error_code error;
+    std::vector<std::string> names;
+    for (fs::directory_iterator entry(path, error), end; !error && entry != end; entry.increment(error))
+        names.push_back(entry->path().filename());
+    return error ? std::vector<std::string> {} : names;
+}
+
+FileDigest FoundationFileSystem::digest(const std::string& path) const
+{
+    const Descriptor file(path, O_RDONLY);
+    if (!file)
+        throw ModelStoreError::io("cannot open " + path);
+    SHA256 sha256;
+    FileDigest result;
+    Bytes piece(pieceSize);
+    for (;;) {
+        const ssize_t count = file.readSome(piece);
+        if (count < 0)
+            fail("cannot read file", path);
+        if (count == 0)
+            break;
+        sha256.update(std::span(piece).first(static_cast<size_t>(count)));
+        result.size += count;
+    }
+    result.sha256 = SHA256::hex(sha256.finalize());
+    return result;
+}
+
+} // namespace ModelStore
