@@ -8,13 +8,7 @@ namespace MLProgram {
 
 int32_t BufferPool::acquire(size_t bytes, int32_t preferred)
 {
-    int32_t best = fits(preferred, bytes) ? preferred : none;
-    for (int32_t i = 0; best != preferred && i < static_cast<int32_t>(buffers_.size()); ++i) {
-        if (fits(i, bytes)
-            && (best == none
-                || buffers_[static_cast<size_t>(i)].capacity < buffers_[static_cast<size_t>(best)].capacity))
-            best = i;
-    }
+    int32_t best = fits(preferred, bytes) ? preferred : smallestFit(bytes);
     if (best == none) {
         if (bytes > maximumBytes_ - bytes_)
             throw MLModelError(MLModelError::Case::outOfMemory, "the tensors of the program take too much memory");
@@ -32,10 +26,19 @@ void BufferPool::release(int32_t buffer) noexcept
         buffers_[static_cast<size_t>(buffer)].isFree = true;
 }
 
+int32_t BufferPool::smallestFit(size_t bytes) const noexcept
+{
+    int32_t best = none;
+    for (int32_t i = 0; i < static_cast<int32_t>(buffers_.size()); ++i) {
+        if (fits(i, bytes) && (best == none || capacity(i) < capacity(best)))
+            best = i;
+    }
+    return best;
+}
+
 bool BufferPool::fits(int32_t buffer, size_t bytes) const noexcept
 {
-    return buffer != none && buffers_[static_cast<size_t>(buffer)].isFree
-        && buffers_[static_cast<size_t>(buffer)].capacity >= bytes;
+    return buffer != none && buffers_[static_cast<size_t>(buffer)].isFree && capacity(buffer) >= bytes;
 }
 
 } // namespace MLProgram

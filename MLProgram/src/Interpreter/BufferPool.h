@@ -39,6 +39,8 @@ private:
         bool isFree = false;
     };
 
+    size_t capacity(int32_t buffer) const noexcept { return buffers_[static_cast<size_t>(buffer)].capacity; }
+    int32_t smallestFit(size_t bytes) const noexcept; // `none` when no free buffer is large enough
     bool fits(int32_t buffer, size_t bytes) const noexcept;
 
     size_t maximumBytes_;
