@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "CommandLine.h"
+
+namespace Sorvane {
+
+namespace {
+
+Command parseTranscribe(std::span<const std::string> operands)
+{
+    if (operands.size() == 1)
+        return TranscribeCommand { operands[0] };
+    if (operands.size() != 3 || operands[1] != "--format")
+        return UsageError { "--transcribe takes one audio file, and after it perhaps --format and its name" };
+    const auto format = transcriptFormatNamed(operands[2]);
+    if (!format)
+        return UsageError { "there is no format \"" + operands[2] + "\"; there are text, json, srt and vtt" };
+    return TranscribeCommand { operands[0], *format };
+}
+
+} // namespace
+
+Command parseCommandLine(std::span<const std::string> arguments)
+{
+    if (arguments.size() < 2)
+        return UsageError { "nothing to do" };
+    const std::string& flag = arguments[1];
+    if (flag == "--transcribe")
+        return parseTranscribe(arguments.subspan(2));
+    if (arguments.size() == 2 && flag == "--help")
+        return HelpCommand {};
+    if (arguments.size() == 2 && flag == "--version")
+        return VersionCommand {};
+    return UsageError { "\"" + flag + "\" is not understood here" };
+}
+
+std::string helpText()
+{
+    return "Usage: sorvane --transcribe FILE [--format text|json|srt|vtt]\n"
+           "       sorvane --help | --version\n"
+           "\n"
+           "Transcribes an audio file on this computer. Nothing is sent anywhere.\n"
+           "\n"
+           "  --transcribe FILE   print the words of an audio file, in any format that FFmpeg reads\n"
+           "  --format FORMAT     text  the words, then a line with the lengths (the default)\n"
+           "                      json  text, words with their times in seconds, lengths\n"
+           "                      srt   SubRip subtitles\n"
+           "                      vtt   WebVTT subtitles\n"
+           "\n"
+           "Environment:\n"
+           "  OSTREL_MODEL_DIRECTORY   directory of a speech model that you placed yourself\n"
+           "  OSTREL_BATCH_WINDOWS     windows decoded together; fewer take less memory (64)\n"
+           "  OSTREL_SEARCH            seconds before a window's end in which a cut is looked for (3.0)\n";
+}
+
+} // namespace Sorvane

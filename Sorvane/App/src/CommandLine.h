@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#pragma once
+
+#include "TranscriptFormat.h"
+
+#include <span>
+#include <string>
+#include <variant>
+
+namespace Sorvane {
+
+struct TranscribeCommand {
+    std::string path;
+    TranscriptFormat format = TranscriptFormat::text;
+
+    bool operator==(const TranscribeCommand&) const = default;
+};
+
+struct HelpCommand {
+    bool operator==(const HelpCommand&) const = default;
+};
+
+struct VersionCommand {
+    bool operator==(const VersionCommand&) const = default;
+};
+
+// The arguments ask for nothing that this program does; `complaint` says why, in one line.
+struct UsageError {
+    std::string complaint;
+
+    bool operator==(const UsageError&) const = default;
+};
+
+using Command = std::variant<TranscribeCommand, HelpCommand, VersionCommand, UsageError>;
+
+// What kind of process the arguments ask for. A check's flag counts only when it stands second and the whole
+// list has the check's form; `arguments` begins with the program's name.
+Command parseCommandLine(std::span<const std::string> arguments);
+
+// The text of --help.
+std::string helpText();
+
+} // namespace Sorvane
