@@ -4,12 +4,9 @@
 
 #include <PlatformSupport/Awaitable.h>
 #include <PlatformSupport/Outcome.h>
+#include <PlatformSupport/Spawn.h>
 #include <PlatformSupport/Suspension.h>
-#include <PlatformSupport/TaskExecutor.h>
-
-#include <boost/asio/co_spawn.hpp>
-#include <boost/asio/detached.hpp>
-#include <boost/asio/post.hpp>
+#include <PlatformSupport/TaskContext.h>
 
 #include <memory>
 #include <utility>
@@ -21,7 +18,10 @@ namespace Detail {
 template <typename T, typename Operation>
 Awaitable<void> captureAndResume(Operation operation, std::shared_ptr<Outcome<T>> outcome, Resumer caller)
 {
-    co_await captureAwaited(*outcome, operation);
+    if constexpr (AsynchronousOperation<Operation>)
+        co_await captureAwaited(*outcome, operation);
+    else
+        outcome->capture(operation);
     caller.resume();
 }
 
@@ -33,18 +33,9 @@ template <typename Operation> Awaitable<ResultOf<Operation>> runOn(Executor exec
 {
     using T = ResultOf<Operation>;
     const auto outcome = std::make_shared<Outcome<T>>();
-    const TaskExecutor there(std::move(executor), TaskContext::current());
     const auto shared = std::make_shared<Operation>(std::move(operation));
-    const auto start = [there, outcome, shared](const Resumer& caller) {
-        boost::asio::post(there, [there, outcome, shared, caller] {
-            if constexpr (AsynchronousOperation<Operation>) {
-                boost::asio::co_spawn(
-                    there, Detail::captureAndResume<T>(std::move(*shared), outcome, caller), boost::asio::detached);
-            } else {
-                outcome->capture(*shared);
-                caller.resume();
-            }
-        });
+    const auto start = [executor, context = TaskContext::current(), outcome, shared](const Resumer& caller) {
+        Detail::spawn(executor, context, Detail::captureAndResume<T>(std::move(*shared), outcome, caller));
     };
     co_await suspend(start);
     co_return outcome->take();

@@ -5,14 +5,11 @@
 #include <PlatformSupport/Awaitable.h>
 #include <PlatformSupport/CancellationError.h>
 #include <PlatformSupport/Outcome.h>
+#include <PlatformSupport/Spawn.h>
 #include <PlatformSupport/Suspension.h>
 #include <PlatformSupport/TaskContext.h>
-#include <PlatformSupport/TaskExecutor.h>
 
-#include <boost/asio/co_spawn.hpp>
-#include <boost/asio/detached.hpp>
-#include <boost/asio/post.hpp>
-
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <stop_token>
@@ -123,16 +120,11 @@ private:
 namespace Detail {
 
 template <AsynchronousOperation Operation>
-Task<ResultOf<Operation>> start(Executor executor, std::shared_ptr<TaskContext> context, Operation operation)
+Task<ResultOf<Operation>> start(const Executor& executor, std::shared_ptr<TaskContext> context, Operation operation)
 {
     using T = ResultOf<Operation>;
     const auto state = std::make_shared<TaskStateOf<T>>(context);
-    boost::asio::post(executor,
-        [taskExecutor = TaskExecutor(executor, std::move(context)), operation = std::move(operation),
-            ending = TaskEnding<T>(state)]() mutable {
-            boost::asio::co_spawn(
-                std::move(taskExecutor), runTask<T>(std::move(operation), std::move(ending)), boost::asio::detached);
-        });
+    spawn(executor, std::move(context), runTask<T>(std::move(operation), TaskEnding<T>(state)));
     return Task<T>(state);
 }
 
@@ -140,28 +132,29 @@ Task<ResultOf<Operation>> start(Executor executor, std::shared_ptr<TaskContext> 
 
 // Starts work of its own on an executor. It begins later, never inside this call. It carries the values of the
 // TaskLocals that the current task carries now, but its cancellation is its own.
-template <AsynchronousOperation Operation> Task<ResultOf<Operation>> startTask(Executor executor, Operation operation)
+template <AsynchronousOperation Operation>
+Task<ResultOf<Operation>> startTask(const Executor& executor, Operation operation)
 {
     auto context = std::make_shared<TaskContext>();
     context->setBindings(TaskContext::current()->bindings());
-    return Detail::start(std::move(executor), std::move(context), std::move(operation));
+    return Detail::start(executor, std::move(context), std::move(operation));
 }
 
 // The same for a child of the current task: cancelling the parent cancels it.
 template <AsynchronousOperation Operation>
-Task<ResultOf<Operation>> startChildTask(Executor executor, Operation operation)
+Task<ResultOf<Operation>> startChildTask(const Executor& executor, Operation operation)
 {
     auto context = std::make_shared<TaskContext>();
     context->setBindings(TaskContext::current()->bindings());
     context->followCancellation(*TaskContext::current());
-    return Detail::start(std::move(executor), std::move(context), std::move(operation));
+    return Detail::start(executor, std::move(context), std::move(operation));
 }
 
 // The same for work that has nothing to do with the current task.
 template <AsynchronousOperation Operation>
-Task<ResultOf<Operation>> startDetachedTask(Executor executor, Operation operation)
+Task<ResultOf<Operation>> startDetachedTask(const Executor& executor, Operation operation)
 {
-    return Detail::start(std::move(executor), std::make_shared<TaskContext>(), std::move(operation));
+    return Detail::start(executor, std::make_shared<TaskContext>(), std::move(operation));
 }
 
 // Runs the operation, as part of the current task, and calls `onCancel` when that is cancelled meanwhile: on the

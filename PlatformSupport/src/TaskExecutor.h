@@ -10,6 +10,7 @@
 #include <boost/asio/query.hpp>
 #include <boost/asio/require.hpp>
 
+#include <concepts>
 #include <memory>
 #include <utility>
 
