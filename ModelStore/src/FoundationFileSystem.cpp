@@ -35,7 +35,7 @@ std::string environment(const char* name)
 
 std::string homeDirectory()
 {
-    if (const std::string home = environment("HOME"); !home.empty())
+    if (std::string home = environment("HOME"); !home.empty())
         return home;
     const passwd* const user = ::getpwuid(::getuid());
     return user != nullptr ? user->pw_dir : "/";
@@ -111,7 +111,7 @@ std::string FoundationFileSystem::defaultCacheRoot() const
     if (cacheRoot_)
         return *cacheRoot_;
     // The standard has a path that is not absolute ignored.
-    if (const std::string caches = environment("XDG_CACHE_HOME"); caches.starts_with('/'))
+    if (std::string caches = environment("XDG_CACHE_HOME"); caches.starts_with('/'))
         return caches;
     return homeDirectory() + "/.cache";
 }
