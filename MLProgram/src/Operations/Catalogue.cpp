@@ -12,8 +12,10 @@ namespace {
 constexpr Definitions (*subjects[])() noexcept = {
     activations,
     convolutions,
+    einsums,
     elementwiseBinaries,
     elementwiseUnaries,
+    fillings,
     gatherings,
     joinings,
     normalisations,
@@ -23,8 +25,11 @@ constexpr Definitions (*subjects[])() noexcept = {
     quantizations,
     rearrangings,
     recurrentLayers,
+    reductions,
     reshapings,
     scatterings,
+    slicings,
+    spreadings,
     upsamplings,
 };
 

@@ -13,8 +13,10 @@ using Definitions = std::span<const OperationDefinition>;
 // The operations of each subject, one function for each source file of this folder.
 Definitions activations() noexcept;
 Definitions convolutions() noexcept;
+Definitions einsums() noexcept;
 Definitions elementwiseBinaries() noexcept;
 Definitions elementwiseUnaries() noexcept;
+Definitions fillings() noexcept;
 Definitions gatherings() noexcept;
 Definitions joinings() noexcept;
 Definitions normalisations() noexcept;
@@ -24,8 +26,11 @@ Definitions products() noexcept;
 Definitions quantizations() noexcept;
 Definitions rearrangings() noexcept;
 Definitions recurrentLayers() noexcept;
+Definitions reductions() noexcept;
 Definitions reshapings() noexcept;
 Definitions scatterings() noexcept;
+Definitions slicings() noexcept;
+Definitions spreadings() noexcept;
 Definitions upsamplings() noexcept;
 
 } // namespace MLProgram
