@@ -6,11 +6,10 @@
 
 #include <AudioIO/AudioFile.h>
 #include <Ostrel/Ostrel.h>
+#include <PlatformSupport/Environment.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
-#include <optional>
 #include <string>
 
 #include <unistd.h>
@@ -38,10 +37,7 @@ ProgressLine::Visible progressFor(const std::string& path)
 // The directory that the user placed a model in, if he named one; else where models are kept.
 ModelStore::ModelPlace modelPlace()
 {
-    ModelStore::ModelPlace place;
-    if (const char* const directory = std::getenv("OSTREL_MODEL_DIRECTORY"))
-        place.directory = directory;
-    return place;
+    return { .directory = PlatformSupport::environmentVariable("OSTREL_MODEL_DIRECTORY"), .cacheRoot = {} };
 }
 
 Ostrel::Result transcribe(const std::string& path)
