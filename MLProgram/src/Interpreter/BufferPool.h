@@ -30,7 +30,7 @@ public:
     int32_t acquire(size_t bytes, int32_t preferred);
 
     void release(int32_t buffer) noexcept; // `none` is fine
-    void* data(int32_t buffer) const noexcept { return buffers_[static_cast<size_t>(buffer)].storage.view().data; }
+    void* data(int32_t buffer) const { return buffers_[static_cast<size_t>(buffer)].storage.view().data; }
 
 private:
     struct Buffer {
