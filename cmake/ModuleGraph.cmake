@@ -14,7 +14,7 @@ set(SORVANE_EDGES_SorvaneApp      Ostrel ModelCatalog ModelStore MLProgram Audio
 # Which module owns which third-party library; nobody else may include it.
 set(SORVANE_LIBRARIES_PlatformSupport Boost Json)
 set(SORVANE_LIBRARIES_AudioIO         FFmpeg)
-set(SORVANE_LIBRARIES_MLProgram       OneDNN OpenMP Boost Json)
+set(SORVANE_LIBRARIES_MLProgram       Boost Json)
 set(SORVANE_LIBRARIES_ModelStore      OpenSSL)
 set(SORVANE_LIBRARIES_ModelCatalog    Boost)
 set(SORVANE_LIBRARIES_Ostrel          Boost Json ICU)

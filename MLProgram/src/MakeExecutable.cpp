@@ -3,15 +3,17 @@
 #include "MakeExecutable.h"
 
 #include "Interpreter/Interpreter.h"
+#include "Plan/PlannedFunction.h"
 
 #include <utility>
 
 namespace MLProgram {
 
-// The interpreter computes in 32 bits throughout, which all units allow.
+// Both ways compute in 32 bits throughout, which all units allow.
 std::unique_ptr<Executable> makeExecutable(std::shared_ptr<const Function> function, MLComputeUnits)
 {
-    return std::make_unique<Interpreter>(std::move(function));
+    const auto interpret = [function] { return std::make_unique<Interpreter>(function); };
+    return std::make_unique<PlannedFunction>(std::move(function), interpret);
 }
 
 } // namespace MLProgram

@@ -4,8 +4,7 @@
 
 #include "Kernels/LeftMatrix.h"
 #include "Kernels/Transpose.h"
-
-#include <omp.h>
+#include "Kernels/Workers.h"
 
 #include <algorithm>
 
@@ -111,7 +110,7 @@ int64_t workspaceOfThread(int64_t rows, int64_t depth) noexcept
 
 int64_t batchedProductWorkspace(int64_t rows, int64_t depth) noexcept
 {
-    return workspaceOfThread(rows, depth) * omp_get_max_threads();
+    return workspaceOfThread(rows, depth) * Workers::shared().count();
 }
 
 void multiply(const BatchedProduct& product, const KernelSet& kernels)
@@ -119,13 +118,11 @@ void multiply(const BatchedProduct& product, const KernelSet& kernels)
     const int64_t items = elementCount(product.batch);
     if (product.rows == 0 || product.columns == 0)
         return;
-    [[maybe_unused]] const bool isWorthThreads
-        = items * product.rows * product.depth * product.columns > multiplicationsWorthThreads;
-#pragma omp parallel for schedule(dynamic) if (isWorthThreads)
-    for (int64_t item = 0; item < items; ++item) {
-        float* workspace = product.workspace + omp_get_thread_num() * workspaceOfThread(product.rows, product.depth);
+    const int64_t multiplications = items * product.rows * product.depth * product.columns;
+    forEachTask(items, multiplications > multiplicationsWorthThreads, [&](int64_t item, int worker) {
+        float* workspace = product.workspace + worker * workspaceOfThread(product.rows, product.depth);
         Item(product, kernels, offsetsOf(product, item), workspace).multiply();
-    }
+    });
 }
 
 } // namespace MLProgram

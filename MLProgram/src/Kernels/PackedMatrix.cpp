@@ -3,6 +3,7 @@
 #include "Kernels/PackedMatrix.h"
 
 #include "Kernels/Transpose.h"
+#include "Kernels/Workers.h"
 
 #include <sys/mman.h>
 
@@ -96,8 +97,7 @@ template <typename Value> void PackedMatrix::pack(const Value* weights, const We
     const WeightLayout::Dimension run = layout.depth.empty() ? WeightLayout::Dimension {} : layout.depth.back();
     const std::vector<int64_t> runs = runOffsets(layout);
 
-#pragma omp parallel for schedule(static) if (size > largePage)
-    for (int64_t panel = 0; panel < panelCount(); ++panel) {
+    forEachTask(panelCount(), size > largePage, [&](int64_t panel, int) {
         const int64_t first = panel * panelWidth_;
         const WeightLayout::Dimension columns { std::min(panelWidth_, columns_ - first), layout.columns.stride };
         Value* to = panels + offset(panel, 0);
@@ -105,7 +105,7 @@ template <typename Value> void PackedMatrix::pack(const Value* weights, const We
             packRun(weights + start + first * columns.stride, run, columns, to, panelWidth_);
             to += run.count * panelWidth_;
         }
-    }
+    });
 }
 
 size_t PackedMatrix::offset(int64_t panel, int64_t firstRow) const noexcept

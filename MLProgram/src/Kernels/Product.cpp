@@ -2,9 +2,9 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "Kernels/Product.h"
 
-#include <PlatformSupport/Precondition.h>
+#include "Kernels/Workers.h"
 
-#include <omp.h>
+#include <PlatformSupport/Precondition.h>
 
 #include <algorithm>
 #include <utility>
@@ -52,7 +52,7 @@ public:
         , right_(*product.right)
         , firstRow_(firstRow)
         , tiles_(rows, kernels.tileRows)
-        , panelsPerTask_(std::clamp<int64_t>(right_.panelCount() / (2 * omp_get_max_threads()), 1, panelsPerTask))
+        , panelsPerTask_(std::clamp<int64_t>(right_.panelCount() / (2 * Workers::shared().count()), 1, panelsPerTask))
     {
     }
 
@@ -165,17 +165,11 @@ void multiply(const Product& product, const KernelSet& kernels)
     PlatformSupport::precondition(product.left->depth() == depth, "a product's sides have different depths");
     PlatformSupport::precondition(
         product.right->panelWidth() == kernels.panelWidth, "weights were packed for other kernels");
-    [[maybe_unused]] const bool isWorthThreads = rows * depth * product.right->columns() > multiplicationsWorthThreads;
-
-#pragma omp parallel if (isWorthThreads)
+    const bool isWorthThreads = rows * depth * product.right->columns() > multiplicationsWorthThreads;
     for (int64_t firstRow = 0; firstRow < rows; firstRow += rowsPerBlock) {
         const RowBlock block(product, kernels, firstRow, std::min(rowsPerBlock, rows - firstRow));
-#pragma omp for schedule(static)
-        for (int64_t tile = 0; tile < block.tileCount(); ++tile)
-            block.packTile(tile);
-#pragma omp for schedule(dynamic)
-        for (int64_t task = 0; task < block.taskCount(); ++task)
-            block.multiplyPanels(task);
+        forEachTask(block.tileCount(), isWorthThreads, [&](int64_t tile, int) { block.packTile(tile); });
+        forEachTask(block.taskCount(), isWorthThreads, [&](int64_t task, int) { block.multiplyPanels(task); });
     }
 }
 

@@ -39,7 +39,7 @@ struct Product {
 // Floats of working memory that a product of this size needs.
 int64_t productWorkspace(int64_t rows, int64_t depth) noexcept;
 
-// Runs on all threads of the process's OpenMP pool. `right` was packed for the panels of `kernels`.
+// Runs on all threads of the shared pool. `right` was packed for the panels of `kernels`.
 void multiply(const Product& product, const KernelSet& kernels);
 
 } // namespace MLProgram

@@ -3,6 +3,7 @@
 #include "Kernels/Reorder.h"
 
 #include "Kernels/Transpose.h"
+#include "Kernels/Workers.h"
 
 #include <algorithm>
 
@@ -112,13 +113,12 @@ void run(const Reorder& reorder)
         return;
     const Loop loop(reorder);
     const int64_t count = loop.count();
-#pragma omp parallel for schedule(static) if (values > valuesWorthThreads && count > 1)
-    for (int64_t i = 0; i < count; ++i) {
+    forEachTask(count, values > valuesWorthThreads, [&](int64_t i, int) {
         if (reorder.element == ElementType::boolean)
             loop.copy<uint8_t>(i);
         else
             loop.copy<float>(i);
-    }
+    });
 }
 
 } // namespace MLProgram

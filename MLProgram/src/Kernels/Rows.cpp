@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "Kernels/Rows.h"
 
+#include "Kernels/Workers.h"
+
 #include <algorithm>
 
 namespace MLProgram {
@@ -107,48 +109,44 @@ void run(const Map& map, const KernelSet& kernels)
     const int64_t rows = outerCount(map.shape);
     const int64_t length = map.shape.back();
     const int64_t pieces = (length + valuesPerPiece - 1) / valuesPerPiece;
-#pragma omp parallel for schedule(static) if (rows * length > valuesWorthThreads)
-    for (int64_t i = 0; i < rows * pieces; ++i) {
+    forEachTask(rows * pieces, rows * length > valuesWorthThreads, [&](int64_t i, int) {
         const int64_t start = i % pieces * valuesPerPiece;
         runPiece(map, i / pieces, start, std::min(valuesPerPiece, length - start), kernels);
-    }
+    });
 }
 
 void runSoftmax(const Map& map, const KernelSet& kernels)
 {
     const int64_t rows = outerCount(map.shape);
     const int64_t length = map.shape.back();
-#pragma omp parallel for schedule(static) if (rows * length > valuesWorthThreads)
-    for (int64_t row = 0; row < rows; ++row) {
+    forEachTask(rows, rows * length > valuesWorthThreads, [&](int64_t row, int) {
         runPiece(map, row, 0, length, kernels);
         kernels.softmax(resultAt(map.output, offsetOf(map.output, map.shape, map.shape.size() - 1, row)), length);
-    }
+    });
 }
 
 void run(const LayerNorm& norm, const KernelSet& kernels)
 {
     const int64_t rows = elementCount(norm.shape);
     const size_t rank = norm.shape.size();
-#pragma omp parallel for schedule(static) if (rows * norm.length > valuesWorthThreads)
-    for (int64_t row = 0; row < rows; ++row) {
+    forEachTask(rows, rows * norm.length > valuesWorthThreads, [&](int64_t row, int) {
         const auto* from = static_cast<const float*>(norm.input.data) + offsetOf(norm.input, norm.shape, rank, row);
         float* to = resultAt(norm.output, offsetOf(norm.output, norm.shape, rank, row));
         kernels.layerNorm({ from, norm.gamma, norm.beta, to, norm.length, norm.epsilon });
-    }
+    });
 }
 
 void run(const Depthwise& depthwise, const KernelSet& kernels)
 {
     const Window& window = depthwise.window;
     const int64_t positions = window.positions();
-    [[maybe_unused]] const int64_t work = positions * window.taps() * window.channels;
-#pragma omp parallel for schedule(static) if (work > valuesWorthThreads)
-    for (int64_t position = 0; position < positions; ++position) {
+    const int64_t work = positions * window.taps() * window.channels;
+    forEachTask(positions, work > valuesWorthThreads, [&](int64_t position, int) {
         const float* taps[maximumTaps];
         window.lookUp(position, taps);
         kernels.depthwise({ taps, depthwise.weights, depthwise.bias,
             depthwise.output + position * depthwise.outputStride, window.taps(), window.channels });
-    }
+    });
 }
 
 } // namespace MLProgram
