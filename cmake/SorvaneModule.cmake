@@ -48,5 +48,5 @@ function(sorvane_tests module)
     list(TRANSFORM arg_LIBRARIES PREPEND ThirdParty::)
     target_link_libraries(${target} PRIVATE ${module} ${arg_LIBRARIES} GTest::gmock_main)
     gtest_discover_tests(${target} TEST_PREFIX ${module}. DISCOVERY_TIMEOUT 60
-        PROPERTIES ENVIRONMENT "OMP_NUM_THREADS=2" WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
+        PROPERTIES WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
 endfunction()

@@ -11,8 +11,6 @@ HEADERS = {
     "FFmpeg": r"lib(av\w+|sw\w+)/",
     "ICU": r"unicode/",
     "Json": r"nlohmann/",
-    "OneDNN": r"(oneapi/)?dnnl",
-    "OpenMP": r"omp\.h",
     "OpenSSL": r"openssl/",
 }
 

@@ -17,8 +17,7 @@ namespace {
 std::string plainText(const Ostrel::Result& result)
 {
     std::array<char, 128> line {};
-    std::snprintf(
-        line.data(), line.size(), "%.2fs audio, %.2fs processing\n", result.duration, result.processingTime);
+    std::snprintf(line.data(), line.size(), "%.2fs audio, %.2fs processing\n", result.duration, result.processingTime);
     return result.text + "\n" + line.data();
 }
 
@@ -49,10 +48,17 @@ std::string escapedForWebVtt(std::string_view text)
     std::string escaped;
     for (const char character : text) {
         switch (character) {
-        case '&': escaped += "&amp;"; break;
-        case '<': escaped += "&lt;"; break;
-        case '>': escaped += "&gt;"; break;
-        default: escaped += character;
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        default:
+            escaped += character;
         }
     }
     return escaped;
@@ -87,10 +93,14 @@ std::optional<TranscriptFormat> transcriptFormatNamed(std::string_view name)
 std::string formatted(const Ostrel::Result& result, TranscriptFormat format)
 {
     switch (format) {
-    case TranscriptFormat::json: return json(result);
-    case TranscriptFormat::srt: return subRip(result);
-    case TranscriptFormat::vtt: return webVtt(result);
-    case TranscriptFormat::text: break;
+    case TranscriptFormat::json:
+        return json(result);
+    case TranscriptFormat::srt:
+        return subRip(result);
+    case TranscriptFormat::vtt:
+        return webVtt(result);
+    case TranscriptFormat::text:
+        break;
     }
     return plainText(result);
 }

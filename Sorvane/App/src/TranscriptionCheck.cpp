@@ -8,11 +8,11 @@
 #include <Ostrel/Ostrel.h>
 #include <PlatformSupport/Environment.h>
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <exception>
 #include <string>
-
-#include <unistd.h>
 
 namespace Sorvane {
 
@@ -44,7 +44,8 @@ Ostrel::Result transcribe(const std::string& path)
 {
     Ostrel::Ostrel engine(modelPlace());
     ProgressLine line(stderr, progressFor(path));
-    return engine.transcribe(std::filesystem::path(path), [&](Ostrel::Progress progress) { line.update(progress.fractionCompleted); });
+    return engine.transcribe(
+        std::filesystem::path(path), [&](Ostrel::Progress progress) { line.update(progress.fractionCompleted); });
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include "Cue.h"
 #include "TranscriptFormat.h"
+
+#include "Cue.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -25,8 +26,8 @@ Ostrel::Result twoSentences()
 
 TEST(TranscriptFormat, PlainTextIsTheWordsAndTheLengths)
 {
-    EXPECT_EQ(formatted(twoSentences(), TranscriptFormat::text),
-        "Call Ann & Bob. Now.\n2.50s audio, 0.12s processing\n");
+    EXPECT_EQ(
+        formatted(twoSentences(), TranscriptFormat::text), "Call Ann & Bob. Now.\n2.50s audio, 0.12s processing\n");
     EXPECT_EQ(formatted(Ostrel::Result {}, TranscriptFormat::text), "\n0.00s audio, 0.00s processing\n");
 }
 
