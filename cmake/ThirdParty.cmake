@@ -20,3 +20,9 @@ sorvane_third_party(Json    nlohmann_json::nlohmann_json)
 sorvane_third_party(OpenSSL OpenSSL::Crypto)
 sorvane_third_party(ICU     ICU::uc)
 sorvane_third_party(FFmpeg  PkgConfig::FFmpeg)
+
+# The thread sanitizer does not understand fences; without these the library orders its memory by its locks and
+# atomics alone.
+if(SORVANE_SANITIZE MATCHES thread)
+    target_compile_definitions(ThirdParty::Boost INTERFACE BOOST_ASIO_DISABLE_STD_ATOMIC BOOST_ASIO_DISABLE_FENCED_BLOCK)
+endif()

@@ -50,6 +50,7 @@ public:
     static Awaitable<void> suspend(Start start, std::optional<std::stop_token> cancellation)
     {
         return asio::async_initiate<const asio::use_awaitable_t<>, void()>(
+            // NOLINTNEXTLINE(performance-unnecessary-value-param): not a reference into the coroutine
             [](Handler handler, Start handOver, std::optional<std::stop_token> token) {
                 const auto state = std::make_shared<Resumer::State>(std::move(handler));
                 if (token)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include <PlatformSupport/BlockingPool.h>
+#include <PlatformSupport/BlockingValue.h>
 #include <PlatformSupport/HandTurnedClock.h>
 #include <PlatformSupport/HandTurnedLoop.h>
 #include <PlatformSupport/SerialExecutor.h>
@@ -165,6 +166,46 @@ TEST(Shutdown, DestroysWhatWaitsInAQueue)
         loop.turn();
         EXPECT_EQ(clock.sleepers(), 1U);
     }
+    EXPECT_TRUE(witness.isReleased());
+}
+
+TEST(Shutdown, DropsWhatComesToALoopThatIsGone)
+{
+    const Witness witness;
+    HandTurnedClock clock;
+    BlockingPool pool(1);
+    std::latch begun(1);
+    std::latch released(1);
+    {
+        HandTurnedLoop loop;
+        startSleeper(loop, clock, witness);
+        startTask(loop.executor(), [&, held = witness.held()] {
+            return pool.run([&, held] {
+                begun.count_down();
+                released.wait();
+            });
+        });
+        loop.turn();
+        begun.wait();
+    }
+    clock.advance(1h);
+    released.count_down();
+    blockingValue([&] { return pool.run([] {}); }); // behind the other in the pool
+    EXPECT_TRUE(witness.isReleased());
+}
+
+TEST(Shutdown, DropsWhatComesToAPoolThatIsGone)
+{
+    const Witness witness;
+    HandTurnedClock clock;
+    {
+        BlockingPool pool(1);
+        const auto sleeper = startTask(
+            pool.executor(), [&clock, held = witness.held()]() -> Awaitable<void> { co_await clock.sleep(1h); });
+        while (clock.sleepers() == 0)
+            blockingValue([&] { return pool.run([] {}); });
+    }
+    clock.advance(1h);
     EXPECT_TRUE(witness.isReleased());
 }
 

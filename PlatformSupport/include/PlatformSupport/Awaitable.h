@@ -10,8 +10,8 @@
 
 namespace PlatformSupport {
 
-// Where code runs: the main loop, a pool, or an object's own queue. Whatever an executor belongs to outlives
-// all that may still come back to it: make loops first, then clocks and pools.
+// Where code runs: the main loop, a pool, or an object's own queue. Loops and pools may go while their executors
+// are still about: what comes to them later is dropped.
 using Executor = boost::asio::any_io_executor;
 
 // What a coroutine returns that can be waited for with co_await. It starts when it is awaited.

@@ -5,31 +5,27 @@
 #include <PlatformSupport/Awaitable.h>
 #include <PlatformSupport/RunOn.h>
 
-#include <boost/asio/thread_pool.hpp>
-
 #include <cstddef>
+#include <memory>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace PlatformSupport {
+
+class WorkQueue;
 
 // Threads for work that blocks: files, processes, computation. Also the place for detached tasks.
 class BlockingPool {
 public:
-    explicit BlockingPool(size_t threads)
-        : threads_(threads)
-    {
-    }
+    explicit BlockingPool(size_t threads);
     BlockingPool(const BlockingPool&) = delete;
     BlockingPool& operator=(const BlockingPool&) = delete;
 
     // Waits for work that is running. Work that has not begun is dropped, with the coroutines that wait for it.
-    ~BlockingPool()
-    {
-        threads_.stop();
-        threads_.join();
-    }
+    ~BlockingPool();
 
-    Executor executor() { return threads_.get_executor(); }
+    Executor executor();
 
     // Runs the function on one of the threads while the awaiting task waits; its cancellation and its TaskLocals
     // are the awaiting task's.
@@ -39,7 +35,8 @@ public:
     }
 
 private:
-    boost::asio::thread_pool threads_;
+    std::shared_ptr<WorkQueue> work_;
+    std::vector<std::jthread> threads_;
 };
 
 } // namespace PlatformSupport

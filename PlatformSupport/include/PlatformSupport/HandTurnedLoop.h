@@ -3,38 +3,34 @@
 #pragma once
 
 #include <PlatformSupport/Awaitable.h>
+#include <PlatformSupport/Outcome.h>
 #include <PlatformSupport/Task.h>
-
-#include <boost/asio/executor_work_guard.hpp>
-#include <boost/asio/io_context.hpp>
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 
 namespace PlatformSupport {
+
+class WorkQueue;
 
 // A main loop that runs only when it is told to, on the thread that tells it. For tests, and for programs
 // without a loop of their own. Coroutines that it still holds when it goes are destroyed.
 class HandTurnedLoop {
 public:
-    HandTurnedLoop()
-        : context_(1)
-        , work_(context_.get_executor())
-    {
-    }
+    HandTurnedLoop();
+    HandTurnedLoop(const HandTurnedLoop&) = delete;
+    HandTurnedLoop& operator=(const HandTurnedLoop&) = delete;
+    ~HandTurnedLoop();
 
-    Executor executor() { return context_.get_executor(); }
+    Executor executor();
 
     // Runs everything that is ready, and what becomes ready by that, but waits for nothing. Gives the number of
     // steps.
-    size_t turn() { return context_.poll(); }
+    size_t turn();
 
     // Turns until the condition holds, waiting for other threads where nothing is ready.
-    void turnUntil(const std::function<bool()>& condition)
-    {
-        while (!condition())
-            context_.run_one();
-    }
+    void turnUntil(const std::function<bool()>& condition);
 
     // Turns until the task is finished; gives its value or throws what it threw.
     template <typename T> T finish(const Task<T>& task)
@@ -52,8 +48,7 @@ public:
     }
 
 private:
-    boost::asio::io_context context_;
-    boost::asio::executor_work_guard<boost::asio::io_context::executor_type> work_;
+    std::shared_ptr<WorkQueue> work_;
 };
 
 } // namespace PlatformSupport

@@ -5,8 +5,6 @@
 #include <PlatformSupport/Awaitable.h>
 #include <PlatformSupport/RunOn.h>
 
-#include <boost/asio/strand.hpp>
-
 #include <utility>
 
 namespace PlatformSupport {
@@ -18,12 +16,9 @@ namespace PlatformSupport {
 // object may have changed.
 class SerialExecutor {
 public:
-    explicit SerialExecutor(Executor threads)
-        : strand_(boost::asio::make_strand(std::move(threads)))
-    {
-    }
+    explicit SerialExecutor(Executor threads);
 
-    Executor executor() const { return strand_; }
+    const Executor& executor() const { return executor_; }
 
     // The awaiting task runs the operation, a coroutine or a plain function, in the queue and then comes back.
     template <typename Operation> Awaitable<ResultOf<Operation>> run(Operation operation) const
@@ -32,7 +27,7 @@ public:
     }
 
 private:
-    boost::asio::strand<Executor> strand_;
+    Executor executor_;
 };
 
 } // namespace PlatformSupport
