@@ -15,6 +15,11 @@ from .geometry import GEOMETRY, Geometry
 from .stages import write_decoder, write_encoder, write_mel
 
 
+# Taken from the score of a duration for each frame of it: a jump too long loses a word, one too short
+# only costs a step.
+CAUTION = 0.5
+
+
 def encoder_parameters(weights: dict[str, np.ndarray], geometry: Geometry) -> dict[str, np.ndarray]:
     """The weights with the scale of attention folded into the queries."""
     folded = dict(weights)
@@ -27,10 +32,12 @@ def encoder_parameters(weights: dict[str, np.ndarray], geometry: Geometry) -> di
     return folded
 
 
-def decoder_parameters(weights: dict[str, np.ndarray]) -> dict[str, np.ndarray]:
-    """The weights with the recurrent layer as one matrix over [embedding, hidden state]."""
+def decoder_parameters(weights: dict[str, np.ndarray], geometry: Geometry) -> dict[str, np.ndarray]:
+    """The weights with the recurrent layer as one matrix over [embedding, hidden state], and cautious durations."""
     combined = np.concatenate([weights["recurrent.input"], weights["recurrent.hidden"]], axis=1)
-    return weights | {"recurrent.weight": combined}
+    scores = weights["joint_output.bias"].copy()
+    scores[geometry.vocabulary + 1 :] -= CAUTION * np.array(geometry.durations, np.float32)
+    return weights | {"recurrent.weight": combined, "joint_output.bias": scores}
 
 
 def export(weights: dict[str, np.ndarray], pieces: list[str], directory: Path, geometry: Geometry = GEOMETRY) -> None:
@@ -42,7 +49,7 @@ def export(weights: dict[str, np.ndarray], pieces: list[str], directory: Path, g
     (directory / "embedding.f16").write_bytes(weights["embedding.weight"].astype("<f2").tobytes())
     write_mel(directory / "mel.mlmodelc", geometry)
     write_encoder(directory / "encoder.mlmodelc", encoder_parameters(weights, geometry), geometry)
-    write_decoder(directory / "decoder.mlmodelc", decoder_parameters(weights), geometry)
+    write_decoder(directory / "decoder.mlmodelc", decoder_parameters(weights, geometry), geometry)
 
 
 def write_json(path: Path, content, indent: int) -> None:
