@@ -176,7 +176,7 @@ TensorTypes inferPrelu(const Operands& operands)
 
 TensorTypes inferParametricSoftplus(const Operands& operands)
 {
-    const TensorTypes types = inferPrelu(operands);
+    TensorTypes types = inferPrelu(operands);
     requirePerChannel(operands, operands.tensor("x"), "beta");
     return types;
 }

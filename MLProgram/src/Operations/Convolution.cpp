@@ -83,18 +83,24 @@ Convolution transposedConvolution(const Operands& operands)
     return convolution;
 }
 
-// What one input channel adds to an output element: the products of a window and what it meets.
-template <int64_t (Window::*meets)(int64_t, int64_t) const noexcept>
-float channelSum(const Windows& windows, const std::array<int64_t, mostSpatialDimensions>& position, float sum,
-    const float* input, const float* weight)
-{
-    forEachMeeting<meets>(
-        windows, position, [&](int64_t inWindow, int64_t inInput) { sum += input[inInput] * weight[inWindow]; });
-    return sum;
-}
+// Adds the products of a window and what it meets of one input channel.
+struct ByCovering {
+    static void add(float& sum, const Windows& windows, const auto& position, const float* input, const float* weight)
+    {
+        forEachCovered(
+            windows, position, [&](int64_t inWindow, int64_t inInput) { sum += input[inInput] * weight[inWindow]; });
+    }
+};
+struct BySpreading {
+    static void add(float& sum, const Windows& windows, const auto& position, const float* input, const float* weight)
+    {
+        forEachSpreading(
+            windows, position, [&](int64_t inWindow, int64_t inInput) { sum += input[inInput] * weight[inWindow]; });
+    }
+};
 
 // weightOf(group, output channel in the group, input channel in the group) is the number of a kernel.
-template <int64_t (Window::*meets)(int64_t, int64_t) const noexcept, typename WeightOf>
+template <typename Products, typename WeightOf>
 void convolve(const Operands& operands, const Convolution& convolution, const TensorView& output, WeightOf weightOf)
 {
     const float* const x = operands.tensor("x").reals().data();
@@ -106,8 +112,7 @@ void convolve(const Operands& operands, const Convolution& convolution, const Te
         forEachPosition(convolution.windows, [&](const auto& position) {
             float sum = 0;
             for (int64_t i = 0; i < convolution.groupInputs; ++i)
-                sum = channelSum<meets>(convolution.windows, position, sum,
-                    x + (firstInput + i) * convolution.inputSize(),
+                Products::add(sum, convolution.windows, position, x + (firstInput + i) * convolution.inputSize(),
                     weight + weightOf(group, channel, i) * convolution.kernelSize());
             *to++ = bias == nullptr ? sum : sum + bias->reals()[group * convolution.groupOutputs + channel];
         });
@@ -126,7 +131,7 @@ template <Convolution (*convolution)(const Operands&)> TensorTypes infer(const O
 void evaluateConvolution(const Operands& operands, std::span<const TensorView> outputs)
 {
     const Convolution c = convolution(operands);
-    convolve<&Window::under>(operands, c, outputs[0], [&](int64_t group, int64_t output, int64_t input) {
+    convolve<ByCovering>(operands, c, outputs[0], [&](int64_t group, int64_t output, int64_t input) {
         return (group * c.groupOutputs + output) * c.groupInputs + input;
     });
 }
@@ -134,7 +139,7 @@ void evaluateConvolution(const Operands& operands, std::span<const TensorView> o
 void evaluateTransposed(const Operands& operands, std::span<const TensorView> outputs)
 {
     const Convolution c = transposedConvolution(operands);
-    convolve<&Window::spreadingTo>(operands, c, outputs[0], [&](int64_t group, int64_t output, int64_t input) {
+    convolve<BySpreading>(operands, c, outputs[0], [&](int64_t group, int64_t output, int64_t input) {
         return (group * c.groupInputs + input) * c.groupOutputs + output;
     });
 }

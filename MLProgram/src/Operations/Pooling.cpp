@@ -54,8 +54,7 @@ template <typename ValueOf> void poolWindows(const Operands& operands, const Ten
     for (; to != output.reals().end(); channel += channelSize)
         forEachPosition(windows, [&](const auto& position) {
             *to++ = valueOf([&](auto&& visit) {
-                forEachMeeting<&Window::under>(
-                    windows, position, [&](int64_t, int64_t inInput) { visit(channel[inInput]); });
+                forEachCovered(windows, position, [&](int64_t, int64_t inInput) { visit(channel[inInput]); });
             });
         });
 }

@@ -113,23 +113,26 @@ TensorTypes inferMatmul(const Operands& operands)
 
 void evaluateMatmul(const Operands& operands, std::span<const TensorView> outputs)
 {
-    const auto [x, y, batch] = matrixProduct(operands);
-    withNumberType(outputs[0].type.element, [&, &x = x, &y = y, &batch = batch](auto zero) {
+    const MatrixProduct product = matrixProduct(operands);
+    const Matrices& x = product.x;
+    const Matrices& y = product.y;
+    withNumberType(outputs[0].type.element, [&](auto zero) {
         using T = decltype(zero);
         const T* const left = operands.tensor("x").values<const T>().data();
         const T* const right = operands.tensor("y").values<const T>().data();
         T* to = outputs[0].values<T>().data();
-        forEachOffset<2>(batch, { x.batchStrides(batch), y.batchStrides(batch) }, [&](const auto& at) {
-            for (int64_t row = 0; row < x.rows; ++row) {
-                for (int64_t column = 0; column < y.columns; ++column) {
-                    T sum = zero;
-                    for (int64_t k = 0; k < x.columns; ++k)
-                        sum = multiplyAdd(sum, left[at[0] + row * x.rowStride + k * x.columnStride],
-                            right[at[1] + k * y.rowStride + column * y.columnStride]);
-                    *to++ = sum;
+        forEachOffset<2>(
+            product.batch, { x.batchStrides(product.batch), y.batchStrides(product.batch) }, [&](const auto& at) {
+                for (int64_t row = 0; row < x.rows; ++row) {
+                    for (int64_t column = 0; column < y.columns; ++column) {
+                        T sum = zero;
+                        for (int64_t k = 0; k < x.columns; ++k)
+                            sum = multiplyAdd(sum, left[at[0] + row * x.rowStride + k * x.columnStride],
+                                right[at[1] + k * y.rowStride + column * y.columnStride]);
+                        *to++ = sum;
+                    }
                 }
-            }
-        });
+            });
     });
 }
 
@@ -200,7 +203,10 @@ void softmaxRow(std::span<float> row)
 void evaluateAttention(const Operands& operands, std::span<const TensorView> outputs)
 {
     const Attention attention = attentionOf(operands);
-    const auto& [queries, keys, values, batch] = attention;
+    const Matrices& queries = attention.query;
+    const Matrices& keys = attention.keys;
+    const Matrices& values = attention.values;
+    const Shape& batch = attention.batch;
     const int64_t size = queries.columns;
     const float scale = 1.0f / std::sqrt(static_cast<float>(size));
     const float* const query = operands.tensor("query").reals().data();

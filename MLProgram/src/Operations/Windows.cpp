@@ -45,15 +45,14 @@ Numbers numbers(const Operands& operands, std::string_view name, size_t count, i
     return { given->begin(), given->end() };
 }
 
-int64_t ceilingQuotient(int64_t x, int64_t y)
-{
-    return (x + y - 1) / y;
-}
-
-// Toward negative infinity; y is positive.
+// Toward negative and positive infinity; y is positive.
 int64_t floorQuotient(int64_t x, int64_t y)
 {
-    return x >= 0 ? x / y : -ceilingQuotient(-x, y);
+    return x >= 0 ? x / y : -((y - 1 - x) / y);
+}
+int64_t ceilingQuotient(int64_t x, int64_t y)
+{
+    return -floorQuotient(-x, y);
 }
 
 // Shares what is missing of, or beyond, the wanted length between both ends; the larger half goes to the end, or to
@@ -94,6 +93,13 @@ void placeTransposed(Window& window, Padding padding)
 
 } // namespace
 
+Window::Elements Window::covering(int64_t o) const noexcept
+{
+    const int64_t first = before - o * stride; // distance from the window's first element to the input's
+    return { std::max<int64_t>(0, ceilingQuotient(first, dilation)),
+        std::min(size, ceilingQuotient(first + input, dilation)) };
+}
+
 Windows windowsOf(const Operands& operands, const Shape& tensor, std::span<const int64_t> kernel, Direction direction)
 {
     const size_t count = kernel.size();
@@ -104,10 +110,13 @@ Windows windowsOf(const Operands& operands, const Shape& tensor, std::span<const
     const auto pads = numbers(operands, "pad", 2 * count, 0);
     const Padding padding = paddingOperand(operands);
     Windows windows;
+    int64_t windowSize = 1;
     for (size_t i = 0; i < count; ++i) {
         Window& window = windows[mostSpatialDimensions - count + i];
         window = { tensor[2 + i], kernel[i], strides[i], dilations[i], 0, 0, 1 };
         operands.require(kernel[i] >= 1 && window.extent() <= maximumElementCount, "its kernel has an unusable size");
+        windowSize *= kernel[i];
+        operands.require(windowSize <= maximumElementCount, "its kernel is too large");
         if (padding == Padding::custom) {
             window.before = pads[2 * i];
             window.after = pads[2 * i + 1];

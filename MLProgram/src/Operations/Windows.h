@@ -21,12 +21,14 @@ struct Window {
     // From the window's first element to its last, both included.
     int64_t extent() const noexcept { return (size - 1) * dilation + 1; }
 
-    // The input element under element `k` of the window at position `o`; -1 when that is padding.
-    int64_t under(int64_t o, int64_t k) const noexcept
-    {
-        const int64_t at = o * stride - before + k * dilation;
-        return at >= 0 && at < input ? at : -1;
-    }
+    // The input element under element `k` of the window at position `o`; outside of the input when that is padding.
+    int64_t under(int64_t o, int64_t k) const noexcept { return o * stride - before + k * dilation; }
+
+    // Elements [first, last) of the window at position `o` lie on the input, the others on padding.
+    struct Elements {
+        int64_t first, last;
+    };
+    Elements covering(int64_t o) const noexcept;
 
     // For the transposed convolution, where every input element spreads a window over the output: the input element
     // whose window's element `k` meets the output `o`; -1 when there is none.
@@ -56,18 +58,35 @@ template <typename Visit> void forEachPosition(const Windows& windows, Visit&& v
                 visit(std::array<int64_t, mostSpatialDimensions> { depth, row, column });
 }
 
-// Visits what meets at one position: each element of the window, in row-major order, for which `meets` (under or
-// spreadingTo) names an input element. Hands over where they stand in the window and in the input.
-template <int64_t (Window::*meets)(int64_t, int64_t) const noexcept, typename Visit>
-void forEachMeeting(const Windows& windows, const std::array<int64_t, mostSpatialDimensions>& position, Visit&& visit)
+// Visits each element of the windows at one position that lies on the input, in row-major order. Hands over where it
+// stands in the window, and where in the input.
+template <typename Visit>
+void forEachCovered(const Windows& windows, const std::array<int64_t, mostSpatialDimensions>& position, Visit&& visit)
+{
+    const auto& [depths, rows, columns] = windows;
+    const auto [firstDepth, lastDepth] = depths.covering(position[0]);
+    const auto [firstRow, lastRow] = rows.covering(position[1]);
+    const auto [firstColumn, lastColumn] = columns.covering(position[2]);
+    for (int64_t i = firstDepth; i < lastDepth; ++i)
+        for (int64_t j = firstRow; j < lastRow; ++j)
+            for (int64_t k = firstColumn; k < lastColumn; ++k) {
+                const int64_t row = depths.under(position[0], i) * rows.input + rows.under(position[1], j);
+                visit((i * rows.size + j) * columns.size + k, row * columns.input + columns.under(position[2], k));
+            }
+}
+
+// The same for the transposed convolution: each element of the windows with which some input element meets the output
+// at `position`.
+template <typename Visit>
+void forEachSpreading(const Windows& windows, const std::array<int64_t, mostSpatialDimensions>& position, Visit&& visit)
 {
     const auto& [depths, rows, columns] = windows;
     for (int64_t i = 0; i < depths.size; ++i) {
-        const int64_t depth = (depths.*meets)(position[0], i);
+        const int64_t depth = depths.spreadingTo(position[0], i);
         for (int64_t j = 0; depth >= 0 && j < rows.size; ++j) {
-            const int64_t row = (rows.*meets)(position[1], j);
+            const int64_t row = rows.spreadingTo(position[1], j);
             for (int64_t k = 0; row >= 0 && k < columns.size; ++k) {
-                const int64_t column = (columns.*meets)(position[2], k);
+                const int64_t column = columns.spreadingTo(position[2], k);
                 if (column >= 0)
                     visit((i * rows.size + j) * columns.size + k, (depth * rows.input + row) * columns.input + column);
             }
