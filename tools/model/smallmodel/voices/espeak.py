@@ -11,7 +11,7 @@ import numpy as np
 
 from .speech import Span, Spoken, resampled
 
-DATA = Path("/usr/lib/x86_64-linux-gnu/espeak-ng-data")
+LIBRARIES = Path("/usr/lib")
 
 ACCENTS = {
     "en-us": 62,
@@ -146,7 +146,8 @@ def data_with_invented_variants(working_folder: Path) -> Path:
     if not data.exists():
         partial = working_folder / "espeak-ng-data.partial"
         shutil.rmtree(partial, ignore_errors=True)
-        shutil.copytree(DATA, partial, ignore=without_foreign_voices)
+        installed = next(LIBRARIES.glob("*/espeak-ng-data"))
+        shutil.copytree(installed, partial, ignore=without_foreign_voices)
         for index in range(INVENTED_VARIANTS):
             description = invented_variant(index)
             (partial / "voices" / "!v" / invented_name(index)).write_text(description, encoding="utf-8")
