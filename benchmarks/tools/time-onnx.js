@@ -39,14 +39,17 @@ async function main() {
     fs.writeFileSync(path.join(folder, `${name}.onnx.f32`), Buffer.from(tensor.data.buffer, tensor.data.byteOffset, tensor.data.byteLength));
 
   const times = [];
+  const processorStart = process.cpuUsage();
   const start = performance.now();
   while (times.length < minimumRuns || performance.now() - start < 1000 * seconds) {
     const before = performance.now();
     await session.run(inputs);
     times.push(performance.now() - before);
   }
+  const processor = process.cpuUsage(processorStart);
+  const processorMilliseconds = (processor.user + processor.system) / 1000 / times.length;
   const peakMegabytes = process.resourceUsage().maxRSS / 1024;
-  console.log(JSON.stringify({ loadMilliseconds, times, peakMegabytes }));
+  console.log(JSON.stringify({ loadMilliseconds, peakMegabytes, processorMilliseconds, times }));
 }
 
 main();

@@ -5,10 +5,11 @@
 #include "Kernels/Transpose.h"
 #include "Kernels/Workers.h"
 
+#include <MLProgram/MLModelError.h>
+
 #include <sys/mman.h>
 
 #include <algorithm>
-#include <new>
 #include <vector>
 
 namespace MLProgram {
@@ -24,7 +25,7 @@ std::byte* mapPages(size_t size)
 {
     void* pages = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (pages == MAP_FAILED)
-        throw std::bad_alloc();
+        throw MLModelError(MLModelError::Case::outOfMemory, "There is not enough memory for the model's weights.");
     if (size >= largePage)
         madvise(pages, size, MADV_HUGEPAGE);
     return static_cast<std::byte*>(pages);

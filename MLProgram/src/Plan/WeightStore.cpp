@@ -29,8 +29,10 @@ PackedMatrix pack(const Constant& weights, const WeightLayout& layout, int64_t p
 std::shared_ptr<const PackedMatrix> WeightStore::packed(const Constant& weights, const WeightLayout& layout)
 {
     auto& matrix = matrices_[{ weights.bytes().data(), numbersOf(layout) }];
-    if (matrix == nullptr)
+    if (matrix == nullptr) {
         matrix = std::make_shared<const PackedMatrix>(pack(weights, layout, panelWidth_));
+        weights.releasePages();
+    }
     return matrix;
 }
 

@@ -6,6 +6,9 @@
 
 #include <PlatformSupport/Precondition.h>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -30,6 +33,7 @@ Constant::Constant(
     , shape_(shape)
     , bytes_(bytes)
     , owner_(std::move(owner))
+    , isMapped_(owner_ != nullptr)
 {
     checkSize(type, shape, bytes.size());
 }
@@ -50,6 +54,18 @@ Constant::Constant(std::string text)
     const auto owned = std::make_shared<const std::string>(std::move(text));
     bytes_ = std::as_bytes(std::span<const char>(*owned));
     owner_ = owned;
+}
+
+void Constant::releasePages() const noexcept
+{
+    if (!isMapped_)
+        return;
+    const auto page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto begin = reinterpret_cast<uintptr_t>(bytes_.data());
+    const uintptr_t first = (begin + page - 1) / page * page; // neighbours may still be needed
+    const uintptr_t last = (begin + bytes_.size()) / page * page;
+    if (first < last)
+        madvise(const_cast<std::byte*>(bytes_.data()) + (first - begin), last - first, MADV_DONTNEED);
 }
 
 std::string_view Constant::text() const noexcept

@@ -21,7 +21,7 @@ namespace MLProgram {
 // Copies share the bytes, which are aligned for their element type. Those of a weight are the mapped file's.
 class Constant {
 public:
-    // Takes ownership of `bytes`, or keeps `owner` alive, to whom they belong. There are exactly as many as
+    // Takes ownership of `bytes`, or keeps `owner` alive, who maps them from a file. There are exactly as many as
     // checkedByteCount() says for the type and shape; anything else ends the process.
     Constant(ScalarType type, const Shape& shape, std::vector<std::byte> bytes);
     Constant(ScalarType type, const Shape& shape, std::span<const std::byte> bytes, std::shared_ptr<const void> owner);
@@ -33,6 +33,10 @@ public:
     const Shape& shape() const noexcept { return shape_; }
     int64_t count() const noexcept { return elementCount(shape_); }
     std::span<const std::byte> bytes() const noexcept { return bytes_; }
+
+    // Lets the system take back the memory of a mapped weight that has been read and will hardly be read again: its
+    // pages come from the file once more when it is. Other constants stay as they are.
+    void releasePages() const noexcept;
 
     bool isText() const noexcept { return type_ == ScalarType::string; }
     std::string_view text() const noexcept; // empty unless isText()
@@ -52,6 +56,7 @@ private:
     Shape shape_;
     std::span<const std::byte> bytes_;
     std::shared_ptr<const void> owner_;
+    bool isMapped_ = false;
 };
 
 } // namespace MLProgram
