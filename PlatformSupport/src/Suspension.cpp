@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include <PlatformSupport/Suspension.h>
+#include <PlatformSupport/TaskContext.h>
 
+#include <boost/asio/async_result.hpp>
 #include <boost/asio/post.hpp>
+#include <boost/asio/use_awaitable.hpp>
 
+#include <atomic>
+#include <optional>
+#include <stop_token>
 #include <utility>
 
 namespace PlatformSupport {

@@ -52,7 +52,7 @@ std::optional<int64_t> statedFrames(const Demuxer& demuxer, int sampleRate)
     const AVStream& stream = demuxer.stream();
     const int64_t frames = stream.duration > 0
         ? inFrames(stream.duration, stream.time_base, sampleRate)
-        : inFrames(std::max<int64_t>(demuxer.container().duration, 0), AV_TIME_BASE_Q, sampleRate);
+        : inFrames(std::max<int64_t>(demuxer.container().duration, 0), AVRational { 1, AV_TIME_BASE }, sampleRate);
     if (frames < 1 || frames > longestBelieved)
         return std::nullopt;
     return frames;

@@ -3,16 +3,10 @@
 #pragma once
 
 #include <PlatformSupport/Awaitable.h>
-#include <PlatformSupport/TaskContext.h>
 
-#include <boost/asio/async_result.hpp>
-#include <boost/asio/use_awaitable.hpp>
-
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <optional>
-#include <stop_token>
+#include <utility>
 
 namespace PlatformSupport {
 
