@@ -64,12 +64,12 @@ template <typename Visit>
 void forEachCovered(const Windows& windows, const std::array<int64_t, mostSpatialDimensions>& position, Visit&& visit)
 {
     const auto& [depths, rows, columns] = windows;
-    const auto [firstDepth, lastDepth] = depths.covering(position[0]);
-    const auto [firstRow, lastRow] = rows.covering(position[1]);
-    const auto [firstColumn, lastColumn] = columns.covering(position[2]);
-    for (int64_t i = firstDepth; i < lastDepth; ++i)
-        for (int64_t j = firstRow; j < lastRow; ++j)
-            for (int64_t k = firstColumn; k < lastColumn; ++k) {
+    const Window::Elements onDepths = depths.covering(position[0]);
+    const Window::Elements onRows = rows.covering(position[1]);
+    const Window::Elements onColumns = columns.covering(position[2]);
+    for (int64_t i = onDepths.first; i < onDepths.last; ++i)
+        for (int64_t j = onRows.first; j < onRows.last; ++j)
+            for (int64_t k = onColumns.first; k < onColumns.last; ++k) {
                 const int64_t row = depths.under(position[0], i) * rows.input + rows.under(position[1], j);
                 visit((i * rows.size + j) * columns.size + k, row * columns.input + columns.under(position[2], k));
             }

@@ -5,6 +5,8 @@
 // its own, or computes within the bounds of its tensors; the sanitizers watch that.
 #include "Operations/OperationTester.h"
 
+#include <algorithm>
+#include <iterator>
 #include <random>
 
 using namespace MLProgram;
@@ -110,10 +112,9 @@ bool attempt(const OperationDefinition& definition, const Operands& operands)
         const TensorTypes types = definition.infer(operands);
         if (!isSmall(types))
             return true;
-        std::vector<Tensor> outputs(types.begin(), types.end());
+        const std::vector<Tensor> outputs(types.begin(), types.end());
         std::vector<TensorView> views;
-        for (const Tensor& output : outputs)
-            views.push_back(output.view());
+        std::ranges::transform(outputs, std::back_inserter(views), &Tensor::view);
         definition.evaluate(operands, views);
         return true;
     } catch (const MLModelError& error) {
