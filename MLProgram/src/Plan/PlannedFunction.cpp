@@ -3,7 +3,6 @@
 #include "Plan/PlannedFunction.h"
 
 #include "Plan/GraphBuilder.h"
-#include "Plan/Rewriting.h"
 
 #include <algorithm>
 #include <utility>
@@ -60,7 +59,7 @@ PlannedFunction::Entry& PlannedFunction::compile(std::vector<Shape> shapes)
 {
     std::unique_ptr<Executable> plan;
     if (auto graph = buildGraph(*function_, shapes)) {
-        rewrite(*graph);
+        removeUnused(*graph);
         plan = std::make_unique<Plan>(*graph, kernels_, weights_);
     }
     if (entries_.size() == keptPlans)

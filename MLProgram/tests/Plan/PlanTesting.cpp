@@ -65,7 +65,7 @@ std::unique_ptr<TestPlan> planOf(const Function& function, const KernelSet& kern
     auto graph = buildGraph(function, shapes);
     if (!graph)
         throw std::logic_error("the function cannot be planned");
-    rewrite(*graph);
+    removeUnused(*graph);
     auto result = std::make_unique<TestPlan>(TestPlan { WeightStore(kernels.panelWidth), nullptr });
     result->plan = std::make_unique<Plan>(*graph, kernels, result->weights);
     return result;

@@ -5,7 +5,6 @@
 #include "Kernels/KernelTesting.h"
 #include "Plan/GraphBuilder.h"
 #include "Plan/Plan.h"
-#include "Plan/Rewriting.h"
 #include "Program/Program.h"
 
 #include <memory>
