@@ -135,7 +135,8 @@ TEST(Literal, ReadsEmptyTensors)
 
 TEST(Literal, RefusesListsOfAnotherForm)
 {
-    EXPECT_EQ(faultOfLiteral("tensor<int32, [3]>([1, 2])"), "model.mil, line 1, column 25: this list has 2 elements instead of 3");
+    EXPECT_EQ(faultOfLiteral("tensor<int32, [3]>([1, 2])"),
+        "model.mil, line 1, column 25: this list has 2 elements instead of 3");
     for (const char* const text : { "tensor<int32, [2]>([1, 2, 3])", "tensor<int32, [2, 2]>([[1, 2], [3]])",
              "tensor<int32, [2]>([[1, 2]])", "tensor<int32, [2, 2]>([1, 2])", "tensor<int32, [2]>(1, 2)",
              "tensor<int32, [2]>([1, 2,])", "tensor<int32, [2]>([1 2])", "tensor<int32, [2]>([1, 2]",

@@ -213,10 +213,13 @@ TEST(ProgramReader, SaysWhatWasExpectedAndWhere)
 {
     EXPECT_EQ(faultOf("programme(1.0)"), "model.mil, line 1, column 1: program is expected, not \"programme\"");
     EXPECT_EQ(faultOf(""), "model.mil, line 1, column 1: program is expected, not the end of the text");
-    EXPECT_EQ(faultOf("program(1.0) { } x"), "model.mil, line 1, column 18: the end of the text is expected, not \"x\"");
+    EXPECT_EQ(
+        faultOf("program(1.0) { } x"), "model.mil, line 1, column 18: the end of the text is expected, not \"x\"");
     EXPECT_EQ(faultOf(mainFunction("half x", "")), "model.mil, line 2, column 20: \"half\" is no type");
-    EXPECT_EQ(faultOf(mainFunction("tensor<half, []> x", "")), "model.mil, line 2, column 27: \"half\" is no element type");
-    EXPECT_EQ(faultOf(mainFunction("fp32 x", "fp32 y = relu(x = x)")), "model.mil, line 4, column 1: ; is expected, not \"}\"");
+    EXPECT_EQ(
+        faultOf(mainFunction("tensor<half, []> x", "")), "model.mil, line 2, column 27: \"half\" is no element type");
+    EXPECT_EQ(faultOf(mainFunction("fp32 x", "fp32 y = relu(x = x)")),
+        "model.mil, line 4, column 1: ; is expected, not \"}\"");
     EXPECT_EQ(faultOf(mainFunction("fp32 " + std::string(50, 'a') + " =", "")),
         "model.mil, line 2, column 76: ) is expected, not \"=\"");
     EXPECT_EQ(errorOf([] { read("program(2.0) { }"); }, MLModelError::Case::unsupported),
@@ -233,7 +236,8 @@ TEST(ProgramReader, AddsThePlaceToErrorsOfTheWeights)
     } weights;
     const std::string text = mainFunction(
         "", "fp16 a = const()[val = fp16(BLOBFILE(path = string(\"@model_path/w\"), offset = uint64(64)))];");
-    EXPECT_EQ(errorOf([&] { readProgram(text, weights); }, MLModelError::Case::io), "model.mil, line 3, column 29: no file");
+    EXPECT_EQ(
+        errorOf([&] { readProgram(text, weights); }, MLModelError::Case::io), "model.mil, line 3, column 29: no file");
 }
 
 } // namespace
