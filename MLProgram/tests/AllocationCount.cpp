@@ -16,11 +16,16 @@ size_t allocationCount() noexcept
     return allocations;
 }
 
-// The other forms of new end up in this one.
-void* operator new(size_t size)
+// The forms for arrays end up in these two.
+void* operator new(size_t size, const std::nothrow_t&) noexcept
 {
     ++allocations;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size))
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void* operator new(size_t size)
+{
+    if (void* const memory = operator new(size, std::nothrow))
         return memory;
     throw std::bad_alloc();
 }

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -31,7 +32,7 @@ public:
         set<uint32_t>(offset + 4, typeCode);
         set<uint64_t>(offset + 8, data.size());
         set<uint64_t>(offset + 16, offset + 64);
-        std::memcpy(bytes_.data() + offset + 64, data.data(), data.size());
+        std::ranges::copy(std::as_bytes(std::span(data)), bytes_.begin() + static_cast<std::ptrdiff_t>(offset) + 64);
         return offset;
     }
 
