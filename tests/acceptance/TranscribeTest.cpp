@@ -5,13 +5,12 @@
 
 #include <AudioIO/WAV.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <cmath>
+#include <algorithm>
 #include <fstream>
-#include <numbers>
-#include <regex>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -75,9 +74,8 @@ TEST(Transcribe, PrintsTheTextAndTheLengths)
     const auto outcome = runSorvane({ "--transcribe", SAMPLES_DIRECTORY "/shopping-list.wav" });
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.errors, "");
-    EXPECT_TRUE(std::regex_match(
-        outcome.output, std::regex("[^\n]+\n[0-9]+\\.[0-9]{2}s audio, [0-9]+\\.[0-9]{2}s processing\n")))
-        << outcome.output;
+    EXPECT_THAT(
+        outcome.output, testing::MatchesRegex("[^\n]+\n[0-9]+\\.[0-9]{2}s audio, [0-9]+\\.[0-9]{2}s processing\n"));
 }
 
 TEST(Transcribe, GivesWordTimesAsJson)
