@@ -11,7 +11,9 @@ HEADERS = {
     "FFmpeg": r"lib(av\w+|sw\w+)/",
     "ICU": r"unicode/",
     "Json": r"nlohmann/",
+    "LinkGrammar": r"link-grammar/",
     "OpenSSL": r"openssl/",
+    "Plist": r"plist/",
 }
 
 
@@ -20,6 +22,15 @@ def owners():
     table = (tree.ROOT / "cmake/ModuleGraph.cmake").read_text()
     return {name: set(libraries.split())
             for name, libraries in re.findall(r"set\(SORVANE_LIBRARIES_(\w+)\s+([^)]*)\)", table)}
+
+
+def folder_of(module):
+    """Where a module lies: a part of the application, or of the desktop, in a folder of its own below it."""
+    for whole, folder in (("Sorvane", "Sorvane"), ("Desktop", "DesktopServices")):
+        part = module.removeprefix(whole)
+        if part not in (module, "Services"):
+            return f"{folder}/{part}"
+    return module
 
 
 def violations(folders, owned):
@@ -37,8 +48,7 @@ def violations(folders, owned):
 def main():
     owned = owners()
     table = (tree.ROOT / "cmake/ModuleGraph.cmake").read_text()
-    folders = {name: name for name in re.findall(r"set\(SORVANE_EDGES_(\w+)", table)}
-    folders["Sorvane/App"] = folders.pop("SorvaneApp")
+    folders = {folder_of(name): name for name in re.findall(r"set\(SORVANE_EDGES_(\w+)", table)}
     found = list(violations(folders, owned))
     print("\n".join(found))
     return 1 if found else 0

@@ -28,6 +28,7 @@ from torch import Tensor
 from .batches import Batch, produce
 from .geometry import GEOMETRY
 from .network import Network, exported
+from .optimiser import Optimiser, shared
 
 BLANK_WEIGHT = 0.7
 DURATION_WEIGHT = 0.3
@@ -39,8 +40,6 @@ FRAME_BLANK_WEIGHT = 0.3
 REPLACED_TOKENS = 0.12
 
 GRADIENT_NORM = 2.0
-WEIGHT_DECAY = 0.01
-BETAS = (0.9, 0.98)
 FINAL_RATE = 0.02  # of the highest rate
 AVERAGE_DECAY = 0.996
 AVERAGE_EVERY = 4
@@ -142,14 +141,6 @@ class Average:
                 self.state[name].mul_(decay).add_(value, alpha=1 - decay)
 
 
-def optimiser(network: Network, rate: float) -> torch.optim.Optimizer:
-    """AdamW; vectors do not decay."""
-    matrices = [parameter for parameter in network.parameters() if parameter.dim() > 1]
-    vectors = [parameter for parameter in network.parameters() if parameter.dim() <= 1]
-    groups = [{"params": matrices, "weight_decay": WEIGHT_DECAY}, {"params": vectors, "weight_decay": 0.0}]
-    return torch.optim.AdamW(groups, lr=rate, betas=BETAS)
-
-
 def rate_at(step: int, options: Options) -> float:
     """The rate of learning at a step."""
     rise = min(1.0, (step + 1) / options.warm_up)
@@ -164,7 +155,7 @@ class Trainer:
         torch.manual_seed(options.seed + 77 * rank)
         self._options, self._rank = options, rank
         self._network = initial_network(options)
-        self._optimiser = optimiser(self._network, options.rate)
+        self._optimiser = Optimiser(self._network, options.rate)
         self._average = Average(self._network)
         self._step, self._hours = 0, 0.0
         if options.resume:
@@ -183,15 +174,13 @@ class Trainer:
                 self._save()
 
     def _train(self, batch: Batch) -> dict[str, float]:
-        for group in self._optimiser.param_groups:
-            group["lr"] = rate_at(self._step, self._options)
         parts = losses(self._network, batch)
-        self._optimiser.zero_grad(set_to_none=True)
+        self._optimiser.forget_gradients()
         parts["loss"].backward()
         self._share_gradients()
         norm = torch.nn.utils.clip_grad_norm_(self._network.parameters(), GRADIENT_NORM)
         if torch.isfinite(norm):
-            self._optimiser.step()
+            self._optimiser.step(rate_at(self._step, self._options))
         self._step += 1
         self._hours += self._options.processes * batch.valid.sum() * GEOMETRY.frame_seconds / 3600
         self._average.add(self._network, self._step)
@@ -201,11 +190,8 @@ class Trainer:
         if self._options.processes == 1:
             return
         gradients = [parameter.grad for parameter in self._network.parameters() if parameter.grad is not None]
-        joined = torch.cat([gradient.reshape(-1) for gradient in gradients])
-        distributed.all_reduce(joined)
-        joined /= self._options.processes
-        for gradient, part in zip(gradients, joined.split([gradient.numel() for gradient in gradients])):
-            gradient.copy_(part.view_as(gradient))
+        for gradient, total in zip(gradients, shared(gradients)):
+            gradient.copy_(total / self._options.processes)
 
     def _report(self, report: list[dict[str, float]], seconds: float) -> None:
         means = "  ".join(f"{name} {np.mean([entry[name] for entry in report]):.3f}" for name in report[0])
@@ -219,7 +205,7 @@ class Trainer:
         state = {
             "network": self._network.state_dict(),
             "average": self._average.state,
-            "optimiser": self._optimiser.state_dict(),
+            "optimiser": self._optimiser.state(),
             "step": self._step,
             "hours": self._hours,
         }
@@ -232,7 +218,7 @@ class Trainer:
         state = torch.load(self._options.run / "state.pt")
         self._network.load_state_dict(state["network"])
         self._average.state = state["average"]
-        self._optimiser.load_state_dict(state["optimiser"])
+        self._optimiser.restore(state["optimiser"])
         self._step, self._hours = state["step"], state["hours"]
 
 
