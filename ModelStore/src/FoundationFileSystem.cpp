@@ -5,13 +5,12 @@
 #include <ModelStore/FoundationFileSystem.h>
 #include <ModelStore/ModelStoreError.h>
 #include <ModelStore/SHA256.h>
+#include <PlatformSupport/UserFolders.h>
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 
 namespace ModelStore {
@@ -25,20 +24,6 @@ constexpr size_t pieceSize = size_t { 1 } << 20; // of a file that is hashed
 [[noreturn]] void fail(const char* what, const std::string& path)
 {
     throw fs::filesystem_error(what, path, std::error_code(errno, std::generic_category()));
-}
-
-std::string environment(const char* name)
-{
-    const char* const value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
-
-std::string homeDirectory()
-{
-    if (std::string home = environment("HOME"); !home.empty())
-        return home;
-    const passwd* const user = ::getpwuid(::getuid());
-    return user != nullptr ? user->pw_dir : "/";
 }
 
 } // namespace
@@ -108,12 +93,7 @@ void FoundationFileSystem::remove(const std::string& path) const
 
 std::string FoundationFileSystem::defaultCacheRoot() const
 {
-    if (cacheRoot_)
-        return *cacheRoot_;
-    // The standard has a path that is not absolute ignored.
-    if (std::string caches = environment("XDG_CACHE_HOME"); caches.starts_with('/'))
-        return caches;
-    return homeDirectory() + "/.cache";
+    return cacheRoot_ ? *cacheRoot_ : PlatformSupport::UserFolders::fromEnvironment().caches.string();
 }
 
 std::vector<std::string> FoundationFileSystem::listDirectory(const std::string& path) const

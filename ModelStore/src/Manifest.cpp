@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "Pieces.h"
-#include "UTF8.h"
 
 #include <ModelStore/Manifest.h>
+#include <PlatformSupport/UTF8.h>
 
 #include <charconv>
 
@@ -56,7 +56,8 @@ Bytes Manifest::serialized() const
 
 std::optional<Manifest> Manifest::parse(const Bytes& bytes)
 {
-    const std::string text = repairedUTF8({ reinterpret_cast<const char*>(bytes.data()), bytes.size() });
+    const std::string text
+        = PlatformSupport::repairedUTF8({ reinterpret_cast<const char*>(bytes.data()), bytes.size() });
     const std::vector<std::string_view> lines = piecesOf(text, '\n');
     if (lines.front() != magic)
         return {};

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include "UTF8.h"
-
 #include <ModelStore/FoundationFileSystem.h>
 #include <ModelStore/ModelStoreError.h>
 #include <ModelStore/StoredModel.h>
+#include <PlatformSupport/UTF8.h>
 
 namespace ModelStore {
 
@@ -36,7 +35,7 @@ std::string StoredModel::readString(const std::string& relative) const
 {
     const Bytes bytes = read(relative);
     std::string text(bytes.begin(), bytes.end());
-    if (!isUTF8(text))
+    if (!PlatformSupport::isUTF8(text))
         throw ModelStoreError::io(relative + " is not valid UTF-8");
     return text;
 }

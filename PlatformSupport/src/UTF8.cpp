@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include "UTF8.h"
+#include <PlatformSupport/UTF8.h>
 
 #include <cstdint>
 
-namespace ModelStore {
+namespace PlatformSupport {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::string repairedUTF8(std::string_view text)
     return repaired;
 }
 
-} // namespace ModelStore
+} // namespace PlatformSupport

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace ModelStore {
+namespace PlatformSupport {
 
 // True for well-formed UTF-8: shortest forms only, no surrogates, nothing above U+10FFFF.
 bool isUTF8(std::string_view text) noexcept;
@@ -13,4 +13,4 @@ bool isUTF8(std::string_view text) noexcept;
 // The text with everything that is not well-formed replaced by U+FFFD.
 std::string repairedUTF8(std::string_view text);
 
-} // namespace ModelStore
+} // namespace PlatformSupport
