@@ -52,26 +52,28 @@ FFmpeg::Owned<SwrContext> makeConverter(AudioConverter::Format from, int toSampl
 
 class AudioConverter::Implementation {
 public:
-    Implementation(Format from, int toSampleRate);
+    Implementation(Format from, int toSampleRate, Mix mix);
 
     void convert(std::span<const float> interleaved, std::vector<float>& mono);
     void drain(std::vector<float>& mono);
+    void reset();
 
 private:
-    bool isMixedByMean() const { return from_.channels > mostPlacedChannels; }
     void resample(const float* interleaved, size_t frames, std::vector<float>& mono);
 
     Format from_;
+    bool isMixedByMean_;
     bool drained_ = false;
     FFmpeg::Owned<SwrContext> converter_; // none if nothing is left to do
 };
 
-AudioConverter::Implementation::Implementation(Format from, int toSampleRate)
+AudioConverter::Implementation::Implementation(Format from, int toSampleRate, Mix mix)
     : from_(from)
+    , isMixedByMean_(mix == Mix::mean || from.channels > mostPlacedChannels)
 {
     FFmpeg::silenceLog();
     const bool isSensible = from.sampleRate > 0 && from.channels > 0 && toSampleRate > 0;
-    const int placedChannels = isMixedByMean() ? 1 : from.channels;
+    const int placedChannels = isMixedByMean_ ? 1 : from.channels;
     if (isSensible && placedChannels == 1 && from.sampleRate == toSampleRate)
         return;
     if (isSensible)
@@ -90,7 +92,7 @@ void AudioConverter::Implementation::convert(std::span<const float> interleaved,
     while (!interleaved.empty()) {
         const auto block = interleaved.first(std::min(interleaved.size(), framesPerBlock * frameSize));
         const size_t frames = block.size() / frameSize;
-        if (isMixedByMean())
+        if (isMixedByMean_)
             resample(Resample::mixdownMono(block, from_.channels).data(), frames, mono);
         else
             resample(block.data(), frames, mono);
@@ -104,6 +106,15 @@ void AudioConverter::Implementation::drain(std::vector<float>& mono)
     drained_ = true;
     if (converter_)
         resample(nullptr, 0, mono);
+}
+
+// Initialised again, the library keeps the filter it has worked out and forgets all audio.
+void AudioConverter::Implementation::reset()
+{
+    drained_ = false;
+    const int result = converter_ ? swr_init(converter_.get()) : 0;
+    if (result < 0)
+        throw AudioIOError::decodeFailed(FFmpeg::errorText(result));
 }
 
 // No samples at all mean the end to the converter.
@@ -124,8 +135,8 @@ void AudioConverter::Implementation::resample(const float* interleaved, size_t f
     mono.resize(before + static_cast<size_t>(converted));
 }
 
-AudioConverter::AudioConverter(Format from, int toSampleRate)
-    : implementation_(std::make_unique<Implementation>(from, toSampleRate))
+AudioConverter::AudioConverter(Format from, int toSampleRate, Mix mix)
+    : implementation_(std::make_unique<Implementation>(from, toSampleRate, mix))
 {
 }
 
@@ -141,6 +152,11 @@ void AudioConverter::convert(std::span<const float> interleaved, std::vector<flo
 void AudioConverter::drain(std::vector<float>& mono)
 {
     implementation_->drain(mono);
+}
+
+void AudioConverter::reset()
+{
+    implementation_->reset();
 }
 
 } // namespace AudioIO

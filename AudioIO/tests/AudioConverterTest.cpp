@@ -59,6 +59,27 @@ TEST_P(ConversionTo16kHz, GivesTheSameInPiecesOfAnySize)
     }
 }
 
+TEST_P(ConversionTo16kHz, BeginsAnewAfterAReset)
+{
+    const int rate = GetParam();
+    const auto stereo = tone(rate, 2, static_cast<size_t>(rate) / 10);
+    AudioConverter converter({ rate, 2 }, 16'000);
+    Samples first;
+    converter.convert(stereo, first);
+    converter.reset(); // with audio still held back
+    Samples second;
+    converter.convert(stereo, second);
+    converter.drain(second);
+    converter.reset(); // after the end
+    Samples third;
+    converter.convert(stereo, third);
+    converter.drain(third);
+
+    const auto expected = converted(stereo, { rate, 2 }, 16'000);
+    EXPECT_EQ(second, expected);
+    EXPECT_EQ(third, expected);
+}
+
 INSTANTIATE_TEST_SUITE_P(, ConversionTo16kHz,
     testing::Values(8'000, 11'025, 16'000, 22'050, 24'000, 32'000, 44'100, 44'101, 48'000, 96'000, 192'000));
 
@@ -121,6 +142,21 @@ TEST(AudioConverter, MixesManyChannelsByTheirMean)
     EXPECT_NEAR(static_cast<double>(converted(tone(48'000, 10, 4'800), { 48'000, 10 }, 16'000).size()), 1'600, 1);
 }
 
+TEST(AudioConverter, CountsEachInputOfADeviceTheSame)
+{
+    for (int channels = 1; channels <= 8; ++channels)
+        for (int speaking = 0; speaking < channels; ++speaking) {
+            Samples frame(static_cast<size_t>(channels), 0);
+            frame[static_cast<size_t>(speaking)] = 1;
+            AudioConverter converter({ 16'000, channels }, 16'000, AudioConverter::Mix::mean);
+            Samples mono;
+            converter.convert(frame, mono);
+            converter.drain(mono);
+            ASSERT_EQ(mono.size(), 1U);
+            EXPECT_FLOAT_EQ(mono[0], 1.0F / static_cast<float>(channels)) << speaking << " of " << channels;
+        }
+}
+
 TEST(AudioConverter, GivesNothingForNothing)
 {
     for (const int rate : { 8'000, 16'000, 44'100 })
@@ -157,6 +193,8 @@ TEST(AudioConverterDeathTest, IsNotUsedAfterItsEnd)
     converter.drain(mono);
     EXPECT_DEATH(converter.convert(Samples { 1 }, mono), "after its end");
     EXPECT_DEATH(converter.drain(mono), "after its end");
+    converter.reset();
+    converter.convert(Samples { 1 }, mono);
 }
 
 TEST(AudioConverterDeathTest, TakesWholeFramesOnly)
