@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "FileDescriptor.h"
+
 #include <PlatformSupport/MappedFile.h>
 
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <system_error>
@@ -20,33 +21,22 @@ namespace {
     throw std::filesystem::filesystem_error("cannot map file", path, std::error_code(error, std::generic_category()));
 }
 
-// A descriptor that is closed when it goes.
-class OpenFile {
-public:
-    // Not blocking, so that a pipe in the file's place is refused and not waited for.
-    explicit OpenFile(const std::filesystem::path& path)
-        : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
-    {
-        if (descriptor_ < 0)
-            fail(path, errno);
-    }
-    ~OpenFile() { ::close(descriptor_); }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-
-    int descriptor() const { return descriptor_; }
-
-private:
-    int descriptor_;
-};
+// Not blocking, so that a pipe in the file's place is refused and not waited for.
+int openForReading(const std::filesystem::path& path)
+{
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0)
+        fail(path, errno);
+    return descriptor;
+}
 
 } // namespace
 
 MappedFile::MappedFile(const std::filesystem::path& path)
 {
-    const OpenFile file(path);
+    const FileDescriptor file(openForReading(path));
     struct stat status { };
-    if (::fstat(file.descriptor(), &status) != 0)
+    if (::fstat(file.value(), &status) != 0)
         fail(path, errno);
     if (S_ISDIR(status.st_mode))
         fail(path, EISDIR);
@@ -56,7 +46,7 @@ MappedFile::MappedFile(const std::filesystem::path& path)
         return;
 
     const auto size = static_cast<size_t>(status.st_size);
-    void* const mapping = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file.descriptor(), 0);
+    void* const mapping = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file.value(), 0);
     if (mapping == MAP_FAILED)
         fail(path, errno);
     bytes_ = { static_cast<const std::byte*>(mapping), size };
