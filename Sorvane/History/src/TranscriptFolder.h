@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#pragma once
+
+#include <PlatformSupport/UUID.h>
+#include <Sorvane/TranscriptEntry.h>
+
+#include <filesystem>
+#include <vector>
+
+namespace Sorvane {
+
+// The private folder of the transcripts, one file for each.
+class TranscriptFolder {
+public:
+    explicit TranscriptFolder(std::filesystem::path path);
+
+    // Makes the folder, with its parents, where there is none. Throws std::filesystem::filesystem_error.
+    void create() const;
+
+    // The files that hold transcripts, in the order of their names. Removes what an ended process left unfinished.
+    // Throws std::filesystem::filesystem_error.
+    std::vector<std::filesystem::path> list() const;
+
+    // Throws std::filesystem::filesystem_error or StoredFormatError.
+    static TranscriptEntry read(const std::filesystem::path& file);
+
+    // Throws std::filesystem::filesystem_error.
+    void write(const TranscriptEntry& entry) const;
+
+    // Whether the transcript's file was there and could be removed.
+    bool remove(const PlatformSupport::UUID& id) const;
+
+private:
+    std::filesystem::path fileOf(const PlatformSupport::UUID& id) const;
+
+    std::filesystem::path path_;
+};
+
+} // namespace Sorvane

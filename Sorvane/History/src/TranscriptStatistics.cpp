@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "PeriodComponents.h"
+#include "WholeSeconds.h"
+#include "WordSum.h"
+
+#include <PlatformSupport/Precondition.h>
+#include <Sorvane/TranscriptStatistics.h>
+
+#include <unicode/brkiter.h>
+#include <unicode/uchar.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Sorvane::TranscriptStatistics {
+
+std::string Summary::recordingTimeLabel() const
+{
+    constexpr int64_t minute = 60;
+    constexpr int64_t hour = 60 * minute;
+    const int64_t seconds = wholeSeconds(recordingTime);
+    if (seconds >= hour)
+        return std::to_string(seconds / hour) + "h " + std::to_string(seconds % hour / minute) + "m";
+    if (seconds >= minute)
+        return std::to_string(seconds / minute) + "m " + std::to_string(seconds % minute) + "s";
+    return std::to_string(seconds) + "s";
+}
+
+std::string_view rawValue(Period period)
+{
+    switch (period) {
+    case Period::today:
+        return "today";
+    case Period::week:
+        return "week";
+    case Period::month:
+        return "month";
+    case Period::lifetime:
+        return "lifetime";
+    }
+    PlatformSupport::fatalError("no such period");
+}
+
+std::optional<Period> period(std::string_view rawValue)
+{
+    const auto* const found = std::ranges::find_if(
+        allPeriods, [&](Period period) { return TranscriptStatistics::rawValue(period) == rawValue; });
+    return found == allPeriods.end() ? std::nullopt : std::optional(*found);
+}
+
+int64_t wordCount(std::string_view text)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::BreakIterator> words(
+        icu::BreakIterator::createWordInstance(icu::Locale::getRoot(), status));
+    PlatformSupport::precondition(U_SUCCESS(status), "ICU has no word rules");
+    const auto utf16 = icu::UnicodeString::fromUTF8(text);
+    words->setText(utf16);
+    int64_t count = 0;
+    for (int32_t start = 0, end = words->next(); end != icu::BreakIterator::DONE; start = end, end = words->next()) {
+        bool isWord = false;
+        for (int32_t place = start; place < end; place = utf16.moveIndex32(place, 1))
+            isWord = isWord || u_isalnum(utf16.char32At(place));
+        count += isWord && words->getRuleStatus() != UBRK_WORD_NONE ? 1 : 0;
+    }
+    return count;
+}
+
+Summary summary(
+    const TranscriptList& entries, Period period, PlatformSupport::Clock::Date date, const Calendar& calendar)
+{
+    std::optional<Calendar::Interval> interval;
+    if (period != Period::lifetime) {
+        interval = calendar.interval(componentsOf(period).length, date);
+        if (!interval)
+            return {};
+    }
+    Summary summary;
+    for (const auto& entry : entries) {
+        if (interval && !interval->contains(entry.createdAt))
+            continue;
+        ++summary.transcripts;
+        summary.words = wordSum(summary.words, wordCount(entry.text));
+        summary.recordingTime += std::isfinite(entry.duration) ? std::max(entry.duration, 0.0) : 0;
+    }
+    return summary;
+}
+
+std::vector<Activity> activity(const TranscriptList& entries)
+{
+    std::vector<Activity> activity;
+    activity.reserve(entries.size());
+    for (const auto& entry : entries)
+        activity.push_back({ entry.createdAt, wordCount(entry.text) });
+    return activity;
+}
+
+} // namespace Sorvane::TranscriptStatistics
