@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include "RawValue.h"
+#include <Sorvane/RawValue.h>
 
 #include <PlatformSupport/Precondition.h>
 #include <Sorvane/CodingHarness.h>
