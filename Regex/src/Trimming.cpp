@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "CodePoints.h"
 
+#include <Regex/Letters.h>
 #include <Regex/Trimming.h>
 
 #include <unicode/uchar.h>
@@ -38,25 +39,38 @@ template <typename IsSeparator> std::vector<std::string_view> split(std::string_
     return pieces;
 }
 
+std::vector<std::string_view> withoutEmptyOnes(std::vector<std::string_view> pieces)
+{
+    std::erase_if(pieces, [](std::string_view piece) { return piece.empty(); });
+    return pieces;
+}
+
 } // namespace
 
 std::string_view trimmed(std::string_view text)
 {
-    const auto all = codePoints(text);
-    const auto isKept = [](const CodePoint& codePoint) { return !isBlank(codePoint.value); };
-    const auto first = std::ranges::find_if(all, isKept);
-    if (first == all.end())
-        return {};
-    const auto last = std::find_if(all.rbegin(), all.rend(), isKept);
-    return text.substr(first->range.start, last->range.end - first->range.start);
+    return trimmedOfBlanksAnd(text, {});
 }
 
-std::string_view trimmed(std::string_view text, std::string_view characters)
+std::string_view trimmedOf(std::string_view text, std::string_view characters)
 {
     const size_t first = text.find_first_not_of(characters);
     if (first == std::string_view::npos)
         return {};
     return text.substr(first, text.find_last_not_of(characters) + 1 - first);
+}
+
+std::string_view trimmedOfBlanksAnd(std::string_view text, std::string_view characters)
+{
+    const auto isKept = [&](const CodePoint& codePoint) {
+        return !isBlank(codePoint.value) && std::ranges::find(characters, codePoint.value) == characters.end();
+    };
+    const auto all = codePoints(text);
+    const auto first = std::ranges::find_if(all, isKept);
+    if (first == all.end())
+        return {};
+    const auto last = std::find_if(all.rbegin(), all.rend(), isKept);
+    return text.substr(first->range.start, last->range.end - first->range.start);
 }
 
 std::vector<std::string_view> lines(std::string_view text)
@@ -66,9 +80,12 @@ std::vector<std::string_view> lines(std::string_view text)
 
 std::vector<std::string_view> piecesBetweenBlanks(std::string_view text)
 {
-    auto pieces = split(text, isBlank);
-    std::erase_if(pieces, [](std::string_view piece) { return piece.empty(); });
-    return pieces;
+    return withoutEmptyOnes(split(text, isBlank));
+}
+
+std::vector<std::string_view> runsOfLetters(std::string_view text)
+{
+    return withoutEmptyOnes(split(text, [](char32_t codePoint) { return !isLetter(codePoint); }));
 }
 
 } // namespace Regex

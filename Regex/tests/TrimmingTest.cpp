@@ -26,9 +26,15 @@ TEST(Trimming, LeavesWhatIsNoUTF8)
 
 TEST(Trimming, TakesJustTheCharactersThatAreNamed)
 {
-    EXPECT_EQ(trimmed(", a,b. ", " ,."), "a,b");
-    EXPECT_EQ(trimmed("\na ", " "), "\na");
-    EXPECT_EQ(trimmed(" ,,", " ,."), "");
+    EXPECT_EQ(trimmedOf(", a,b. ", " ,."), "a,b");
+    EXPECT_EQ(trimmedOf("\na ", " "), "\na");
+    EXPECT_EQ(trimmedOf(" ,,", " ,."), "");
+}
+
+TEST(Trimming, TakesBlanksAndTheCharactersThatAreNamed)
+{
+    EXPECT_EQ(trimmedOfBlanksAnd("\n, \u00A0.a, b\t.", ",."), "a, b");
+    EXPECT_EQ(trimmedOfBlanksAnd(" .\n.", "."), "");
 }
 
 TEST(Trimming, CutsAtLineBreaksOfAnyKind)
@@ -42,6 +48,12 @@ TEST(Trimming, CutsAtBlanks)
 {
     EXPECT_THAT(piecesBetweenBlanks("  buy\u00A0some \n milk "), ElementsAre("buy", "some", "milk"));
     EXPECT_THAT(piecesBetweenBlanks(" \t"), IsEmpty());
+}
+
+TEST(Trimming, CutsAtWhatIsNoLetter)
+{
+    EXPECT_THAT(runsOfLetters("it's 2 e\u0301clairs!"), ElementsAre("it", "s", "e\u0301clairs"));
+    EXPECT_THAT(runsOfLetters("7\xff"), IsEmpty());
 }
 
 } // namespace
