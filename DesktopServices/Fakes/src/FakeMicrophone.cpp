@@ -85,7 +85,7 @@ void FakeMicrophone::Engine::start()
 {
     const std::lock_guard hold(device_->lock);
     if (const auto failure = std::exchange(device_->startFailure, std::nullopt))
-        throw *failure;
+        throw MicrophoneError(*failure);
     if (device_->format != format_)
         throw MicrophoneError("The microphone is gone.");
     device_->isRunning = true;
