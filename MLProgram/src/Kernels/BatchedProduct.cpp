@@ -33,6 +33,16 @@ Offsets offsetsOf(const BatchedProduct& product, int64_t item)
     return offsets;
 }
 
+void copyRow(const float* from, int64_t stride, int64_t count, float* to)
+{
+    if (stride == 1) {
+        std::copy_n(from, count, to);
+        return;
+    }
+    for (int64_t i = 0; i < count; ++i)
+        to[i] = from[i * stride];
+}
+
 // One product of the batch, by one thread with its own working memory.
 class Item {
 public:
@@ -73,10 +83,8 @@ private:
             std::fill_n(panel_, product_.depth * kernels_.panelWidth, 0.0f);
         if (right.rowStride == 1)
             return transpose(from, right.columnStride, width, product_.depth, panel_, kernels_.panelWidth);
-        for (int64_t k = 0; k < product_.depth; ++k) {
-            for (int64_t i = 0; i < width; ++i)
-                panel_[k * kernels_.panelWidth + i] = from[k * right.rowStride + i * right.columnStride];
-        }
+        for (int64_t k = 0; k < product_.depth; ++k)
+            copyRow(from + k * right.rowStride, right.columnStride, width, panel_ + k * kernels_.panelWidth);
     }
 
     void multiplyTile(int64_t tile, int64_t column, int64_t width) const
@@ -86,8 +94,8 @@ private:
         const int64_t first = firstRow(tile);
         const int64_t rows = firstRow(tile + 1) - first;
         float* result = result_ + first * product_.resultStride + column;
-        kernels_.tile({ packedLeft_ + first * product_.depth, panel_, isWhole ? result : whole, product_.depth, rows,
-            isWhole ? product_.resultStride : kernels_.panelWidth, false });
+        kernels_.tile({ packedLeft_ + first * product_.depth, panel_, isWhole ? result : whole, nullptr, product_.depth,
+            rows, isWhole ? product_.resultStride : kernels_.panelWidth, false });
         for (int64_t row = 0; !isWhole && row < rows; ++row)
             std::copy_n(whole + row * kernels_.panelWidth, width, result + row * product_.resultStride);
     }

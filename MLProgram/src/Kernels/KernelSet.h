@@ -12,15 +12,17 @@
 
 namespace MLProgram {
 
-// One tile of a matrix product, c = a · b or c += a · b:
+// One tile of a matrix product, c = start + a · b or c += a · b:
 //
 //   a   [depth][rows]            packed: the rows' values for each step of the depth lie together
 //   b   [depth][panelWidth]      a panel of the right-hand matrix, 32-bit or 16-bit floats
 //   c   [rows][panelWidth]       rows are cStride values apart
+//   start [panelWidth]           what every row's sums begin with; null for zeros
 struct Tile {
     const float* a = nullptr;
     const void* b = nullptr;
     float* c = nullptr;
+    const float* start = nullptr;
     int64_t depth = 0;
     int64_t rows = 0; // 1 to tileRows
     int64_t cStride = 0;

@@ -6,6 +6,7 @@
 #include "Kernels/Transpose.h"
 
 #include <algorithm>
+#include <span>
 
 namespace MLProgram {
 
@@ -40,28 +41,36 @@ int64_t Window::taps() const noexcept
     return count;
 }
 
+namespace {
+
+// The taps at the positions of one dimension, and of those inside it; null stands for all that lie in the padding.
+const float** lookUpDimension(std::span<const WindowDimension> dimensions, std::span<const int64_t> starts,
+    const float* input, const float** taps) noexcept
+{
+    if (dimensions.empty()) {
+        *taps = input;
+        return taps + 1;
+    }
+    const WindowDimension& dimension = dimensions.front();
+    for (int64_t i = 0; i < dimension.kernel; ++i) {
+        const int64_t at = starts.front() + i * dimension.dilation;
+        const bool isInside = input != nullptr && at >= 0 && at < dimension.input;
+        taps = lookUpDimension(
+            dimensions.subspan(1), starts.subspan(1), isInside ? input + at * dimension.inputStride : nullptr, taps);
+    }
+    return taps;
+}
+
+} // namespace
+
 void Window::lookUp(int64_t position, const float** taps) const noexcept
 {
-    boost::container::static_vector<int64_t, 3> start(dimensions.size());
+    boost::container::static_vector<int64_t, 3> starts(dimensions.size());
     for (size_t i = dimensions.size(); i-- > 0;) {
-        start[i] = position % dimensions[i].output * dimensions[i].stride - dimensions[i].padding;
+        starts[i] = position % dimensions[i].output * dimensions[i].stride - dimensions[i].padding;
         position /= dimensions[i].output;
     }
-    const float* sample = input + position * batchStride;
-    const int64_t tapCount = this->taps();
-    for (int64_t tap = 0; tap < tapCount; ++tap) {
-        int64_t rest = tap;
-        int64_t offset = 0;
-        bool isInside = true;
-        for (size_t i = dimensions.size(); i-- > 0;) {
-            const WindowDimension& dimension = dimensions[i];
-            const int64_t at = start[i] + rest % dimension.kernel * dimension.dilation;
-            rest /= dimension.kernel;
-            isInside = isInside && at >= 0 && at < dimension.input;
-            offset += at * dimension.inputStride;
-        }
-        taps[tap] = isInside ? sample + offset : nullptr;
-    }
+    lookUpDimension(dimensions, starts, input + position * batchStride, taps);
 }
 
 void WindowMatrix::packTile(int64_t first, int64_t count, float* to) const
@@ -74,7 +83,11 @@ void WindowMatrix::packTile(int64_t first, int64_t count, float* to) const
         const float* starts[maximumTileRows];
         for (int64_t row = 0; row < count; ++row)
             starts[row] = taps[row][tap];
-        transposeRows(starts, count, window_.channels, to + tap * window_.channels * count, count);
+        float* const target = to + tap * window_.channels * count;
+        if (window_.channels == 1)
+            std::transform(starts, starts + count, target, [](const float* x) { return x == nullptr ? 0.0f : *x; });
+        else
+            transposeRows(starts, count, window_.channels, target, count);
     }
 }
 

@@ -13,6 +13,8 @@ namespace MLProgram {
 
 namespace {
 
+using PlatformSupport::Float16;
+
 // Rows multiplied at a time; their packed values are read again for every panel and should stay in the caches.
 constexpr int64_t rowsPerBlock = 14 * 14;
 
@@ -25,6 +27,19 @@ constexpr int64_t tilesWidenedInRegisters = 3;
 
 // Columns whose epilogue is run at one go.
 constexpr int64_t panelsPerTask = 8;
+
+void prefetch(std::span<const Float16> weights)
+{
+    constexpr size_t weightsPerLine = 64 / sizeof(Float16);
+    for (size_t i = 0; i < weights.size(); i += weightsPerLine)
+        __builtin_prefetch(&weights[i], 0, 2);
+}
+
+int64_t panelsPerTaskOf(int64_t panels)
+{
+    const int threads = Workers::shared().count();
+    return threads == 1 ? panelsPerTask : std::clamp<int64_t>(panels / (2 * threads), 1, panelsPerTask);
+}
 
 // Below this many multiplications a second thread costs more than it brings.
 constexpr int64_t multiplicationsWorthThreads = 1 << 17;
@@ -43,16 +58,17 @@ struct Tiles {
     int64_t height(int64_t tile) const { return first(tile + 1) - first(tile); }
 };
 
-// One block of rows, from the packed left-hand values to finished results.
+// One block of rows, from the packed left-hand values to finished results, of which the first goes to `result`.
 class RowBlock {
 public:
-    RowBlock(const Product& product, const KernelSet& kernels, int64_t firstRow, int64_t rows)
+    RowBlock(const Product& product, const KernelSet& kernels, int64_t firstRow, int64_t rows, float* result)
         : product_(product)
         , kernels_(kernels)
         , right_(*product.right)
         , firstRow_(firstRow)
+        , result_(result)
         , tiles_(rows, kernels.tileRows)
-        , panelsPerTask_(std::clamp<int64_t>(right_.panelCount() / (2 * Workers::shared().count()), 1, panelsPerTask))
+        , panelsPerTask_(panelsPerTaskOf(right_.panelCount()))
     {
     }
 
@@ -90,20 +106,39 @@ private:
         for (int64_t k = 0; k < right_.depth(); k += widenedDepth) {
             const int64_t depth = std::min(widenedDepth, right_.depth() - k);
             kernels_.widen(right_.halfPanel(panel, k), widened, depth * right_.panelWidth());
-            multiplyTiles(panel, kernels_.tile, widened, k, depth);
+            multiplyTiles(panel, kernels_.tile, widened, k, depth, weightsAfter(panel, k + depth));
         }
     }
 
-    void multiplyTiles(int64_t panel, void (*kernel)(const Tile&), const void* b, int64_t k, int64_t depth) const
+    // The weights to be widened next; none at the end.
+    std::span<const Float16> weightsAfter(int64_t panel, int64_t k) const
     {
+        if (k == right_.depth()) {
+            ++panel;
+            k = 0;
+        }
+        if (panel == right_.panelCount())
+            return {};
+        const int64_t depth = std::min(widenedDepth, right_.depth() - k);
+        return { right_.halfPanel(panel, k), static_cast<size_t>(depth * right_.panelWidth()) };
+    }
+
+    // While the tiles are multiplied, the weights that come next are on their way into the cache.
+    void multiplyTiles(int64_t panel, void (*kernel)(const Tile&), const void* b, int64_t k, int64_t depth,
+        std::span<const Float16> next = {}) const
+    {
+        const size_t share = next.size() / static_cast<size_t>(tiles_.count);
         const int64_t column = panel * right_.panelWidth();
         for (int64_t tile = 0; tile < tiles_.count; ++tile) {
-            float* result = product_.result + (firstRow_ + tiles_.first(tile)) * product_.resultStride + column;
-            const Tile work { packed(tile, k), b, result, depth, tiles_.height(tile), product_.resultStride, k > 0 };
+            float* result = result_ + tiles_.first(tile) * product_.resultStride + column;
+            const float* start = product_.bias == nullptr ? nullptr : product_.bias + column;
+            const Tile work { packed(tile, k), b, result, start, depth, tiles_.height(tile), product_.resultStride,
+                k > 0 };
             if (column + right_.panelWidth() <= right_.columns())
                 kernel(work);
             else
                 multiplyAtEdge(kernel, work, right_.columns() - column);
+            prefetch(next.subspan(static_cast<size_t>(tile) * share, share));
         }
     }
 
@@ -111,6 +146,9 @@ private:
     void multiplyAtEdge(void (*kernel)(const Tile&), Tile work, int64_t columns) const
     {
         alignas(64) float whole[maximumTileRows * maximumPanelWidth];
+        alignas(64) float start[maximumPanelWidth] = {};
+        if (work.start != nullptr)
+            work.start = std::copy_n(work.start, columns, start) - columns;
         float* const result = work.c;
         work.c = whole;
         const int64_t stride = std::exchange(work.cStride, right_.panelWidth());
@@ -129,12 +167,12 @@ private:
     {
         const Epilogue& epilogue = product_.epilogue;
         boost::container::static_vector<RowInput, maximumSlots> inputs(1 + epilogue.inputs.size());
-        for (int64_t row = firstRow_; row < firstRow_ + tiles_.rows; ++row) {
-            float* values = product_.result + row * product_.resultStride + firstColumn;
+        for (int64_t row = 0; row < tiles_.rows; ++row) {
+            float* values = result_ + row * product_.resultStride + firstColumn;
             inputs[0] = { values, ElementType::real, 1 };
             for (size_t i = 0; i < epilogue.inputs.size(); ++i) {
                 const EpilogueInput& input = epilogue.inputs[i];
-                const int64_t offset = row * input.rowStride + firstColumn * input.columnStride;
+                const int64_t offset = (firstRow_ + row) * input.rowStride + firstColumn * input.columnStride;
                 const auto* data = static_cast<const std::byte*>(input.data);
                 const auto size = static_cast<int64_t>(sizeOf(input.element));
                 inputs[i + 1] = { data + offset * size, input.element, input.columnStride };
@@ -147,9 +185,18 @@ private:
     const KernelSet& kernels_;
     const PackedMatrix& right_;
     int64_t firstRow_;
+    float* result_;
     Tiles tiles_;
     int64_t panelsPerTask_;
 };
+
+void check(const Product& product, const KernelSet& kernels)
+{
+    PlatformSupport::precondition(
+        product.left->depth() == product.right->depth(), "a product's sides have different depths");
+    PlatformSupport::precondition(
+        product.right->panelWidth() == kernels.panelWidth, "weights were packed for other kernels");
+}
 
 } // namespace
 
@@ -160,16 +207,28 @@ int64_t productWorkspace(int64_t rows, int64_t depth) noexcept
 
 void multiply(const Product& product, const KernelSet& kernels)
 {
+    check(product, kernels);
     const int64_t rows = product.left->rows();
-    const int64_t depth = product.right->depth();
-    PlatformSupport::precondition(product.left->depth() == depth, "a product's sides have different depths");
-    PlatformSupport::precondition(
-        product.right->panelWidth() == kernels.panelWidth, "weights were packed for other kernels");
-    const bool isWorthThreads = rows * depth * product.right->columns() > multiplicationsWorthThreads;
+    const int64_t multiplications = rows * product.right->depth() * product.right->columns();
+    const bool isWorthThreads = multiplications > multiplicationsWorthThreads;
     for (int64_t firstRow = 0; firstRow < rows; firstRow += rowsPerBlock) {
-        const RowBlock block(product, kernels, firstRow, std::min(rowsPerBlock, rows - firstRow));
+        const RowBlock block(product, kernels, firstRow, std::min(rowsPerBlock, rows - firstRow),
+            product.result + firstRow * product.resultStride);
         forEachTask(block.tileCount(), isWorthThreads, [&](int64_t tile, int) { block.packTile(tile); });
         forEachTask(block.taskCount(), isWorthThreads, [&](int64_t task, int) { block.multiplyPanels(task); });
+    }
+}
+
+void multiplyRows(const Product& product, int64_t firstRow, int64_t rows, const KernelSet& kernels)
+{
+    check(product, kernels);
+    for (int64_t row = 0; row < rows; row += rowsPerBlock) {
+        const RowBlock block(product, kernels, firstRow + row, std::min(rowsPerBlock, rows - row),
+            product.result + row * product.resultStride);
+        for (int64_t tile = 0; tile < block.tileCount(); ++tile)
+            block.packTile(tile);
+        for (int64_t task = 0; task < block.taskCount(); ++task)
+            block.multiplyPanels(task);
     }
 }
 

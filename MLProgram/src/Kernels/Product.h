@@ -26,12 +26,13 @@ struct Epilogue {
     std::span<const EpilogueInput> inputs;
 };
 
-// result[rows][columns] = epilogue(left · right).
+// result[rows][columns] = epilogue(left · right + bias).
 struct Product {
     const LeftMatrix* left = nullptr;
     const PackedMatrix* right = nullptr; // its depth is the left's
     float* result = nullptr;
     int64_t resultStride = 0; // values between rows
+    const float* bias = nullptr; // [columns], added to every row; null: none
     Epilogue epilogue;
     float* workspace = nullptr; // productWorkspace() floats
 };
@@ -41,5 +42,9 @@ int64_t productWorkspace(int64_t rows, int64_t depth) noexcept;
 
 // Runs on all threads of the shared pool. `right` was packed for the panels of `kernels`.
 void multiply(const Product& product, const KernelSet& kernels);
+
+// The result's rows from firstRow on, as many as `rows` says, on the calling thread alone. They go to where
+// `product.result` points.
+void multiplyRows(const Product& product, int64_t firstRow, int64_t rows, const KernelSet& kernels);
 
 } // namespace MLProgram

@@ -45,8 +45,6 @@ public:
             std::fill_n(blocks_[i], uniformCopies, blocks_[i][0]);
             operands_[i] = { blocks_[i], true };
         }
-        for (size_t i = inputs.size(); i < maximumSlots; ++i)
-            operands_[i] = { blocks_[i], false };
     }
 
     void moveTo(int64_t start, int64_t count)
@@ -62,7 +60,10 @@ public:
         }
     }
 
-    const RowOperand& operand(uint8_t slot) const { return operands_[slot]; }
+    RowOperand operand(uint8_t slot) const
+    {
+        return slot < inputs_.size() ? operands_[slot] : RowOperand { blocks_[slot], false };
+    }
     float* block(uint8_t slot) { return blocks_[slot]; }
 
 private:

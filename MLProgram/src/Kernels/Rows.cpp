@@ -82,6 +82,15 @@ void dropDimension(Map& map, size_t dimension)
         drop(input.strides);
 }
 
+void convolve(const Depthwise& depthwise, int64_t position, const KernelSet& kernels)
+{
+    const Window& window = depthwise.window;
+    const float* taps[maximumTaps];
+    window.lookUp(position, taps);
+    kernels.depthwise({ taps, depthwise.weights, depthwise.bias, depthwise.output + position * depthwise.outputStride,
+        window.taps(), window.channels });
+}
+
 } // namespace
 
 void simplify(Map& map)
@@ -141,12 +150,15 @@ void run(const Depthwise& depthwise, const KernelSet& kernels)
     const Window& window = depthwise.window;
     const int64_t positions = window.positions();
     const int64_t work = positions * window.taps() * window.channels;
-    forEachTask(positions, work > valuesWorthThreads, [&](int64_t position, int) {
-        const float* taps[maximumTaps];
-        window.lookUp(position, taps);
-        kernels.depthwise({ taps, depthwise.weights, depthwise.bias,
-            depthwise.output + position * depthwise.outputStride, window.taps(), window.channels });
-    });
+    forEachTask(
+        positions, work > valuesWorthThreads, [&](int64_t position, int) { convolve(depthwise, position, kernels); });
+}
+
+void runAlone(const Depthwise& depthwise, const KernelSet& kernels)
+{
+    const int64_t positions = depthwise.window.positions();
+    for (int64_t position = 0; position < positions; ++position)
+        convolve(depthwise, position, kernels);
 }
 
 } // namespace MLProgram

@@ -62,4 +62,7 @@ struct Depthwise {
 
 void run(const Depthwise& depthwise, const KernelSet& kernels);
 
+// The same on the calling thread alone.
+void runAlone(const Depthwise& depthwise, const KernelSet& kernels);
+
 } // namespace MLProgram

@@ -58,15 +58,16 @@ template <typename Value> void turnSquare(const Value* const* from, int64_t colu
 }
 #endif
 
-// A band of rows, as many as the square has.
-template <typename Value> void turnBand(const Value* const* from, int64_t columns, Value* to, int64_t toStride)
+// A band of rows, as many as the square has, from the first column on.
+template <typename Value>
+void turnBand(const Value* const* from, int64_t first, int64_t columns, Value* to, int64_t toStride)
 {
     int64_t column = 0;
     for (; column + side<Value> <= columns; column += side<Value>)
-        turnSquare(from, column, to + column * toStride, toStride);
+        turnSquare(from, first + column, to + column * toStride, toStride);
     for (; column < columns; ++column) {
         for (int64_t row = 0; row < side<Value>; ++row)
-            to[column * toStride + row] = from[row][column];
+            to[column * toStride + row] = from[row][first + column];
     }
 }
 
@@ -76,18 +77,24 @@ template <typename Value> void turnRow(const Value* from, int64_t columns, Value
         to[column * toStride] = from == nullptr ? Value {} : from[column];
 }
 
-template <typename Value>
-void turnRows(const Value* const* from, int64_t rows, int64_t columns, Value* to, int64_t toStride)
+template <typename Value> bool areThere(const Value* const* rows, int64_t count)
 {
-    int64_t row = 0;
-    while (row < rows) {
-        const bool isBand = row + side<Value> <= rows
-            && std::none_of(from + row, from + row + side<Value>, [](const Value* start) { return start == nullptr; });
-        if (isBand)
-            turnBand(from + row, columns, to + row, toStride);
-        else
-            turnRow(from[row], columns, to + row, toStride);
-        row += isBand ? side<Value> : 1;
+    return std::none_of(rows, rows + count, [](const Value* row) { return row == nullptr; });
+}
+
+template <typename Value>
+void turnRows(const Value* const* from, int64_t rows, int64_t firstColumn, int64_t columns, Value* to, int64_t toStride)
+{
+    for (int64_t row = 0; row < rows;) {
+        // Rows that are left over at the end are turned once more with the last of those before them.
+        const int64_t first = std::min(row, rows - side<Value>);
+        if (first >= 0 && areThere(from + first, side<Value>)) {
+            turnBand(from + first, firstColumn, columns, to + first, toStride);
+            row = first + side<Value>;
+        } else {
+            turnRow(from[row] == nullptr ? nullptr : from[row] + firstColumn, columns, to + row, toStride);
+            ++row;
+        }
     }
 }
 
@@ -103,7 +110,7 @@ void turn(const Value* from, int64_t fromStride, int64_t rows, int64_t columns, 
             const int64_t height = std::min(side<Value>, rows - row);
             for (int64_t i = 0; i < height; ++i)
                 starts[i] = from + (row + i) * fromStride + column;
-            turnRows(starts, height, width, to + column * toStride + row, toStride);
+            turnRows(starts, height, 0, width, to + column * toStride + row, toStride);
         }
     }
 }
@@ -120,9 +127,12 @@ void transpose(const Float16* from, int64_t fromStride, int64_t rows, int64_t co
     turn(from, fromStride, rows, columns, to, toStride);
 }
 
+// In blocks of columns, so that what one band writes is still cached when the next is written beside it.
 void transposeRows(const float* const* from, int64_t rows, int64_t columns, float* to, int64_t toStride)
 {
-    turnRows(from, rows, columns, to, toStride);
+    constexpr int64_t blockColumns = 128;
+    for (int64_t column = 0; column < columns; column += blockColumns)
+        turnRows(from, rows, column, std::min(blockColumns, columns - column), to + column * toStride, toStride);
 }
 
 } // namespace MLProgram

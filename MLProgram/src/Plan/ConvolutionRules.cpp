@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 //
 // Convolutions: channels last inside, whatever the program's own order is.
-#include "Kernels/Rows.h"
+#include "Kernels/BandedDepthwise.h"
 #include "Plan/PackedProducts.h"
 
 #include <algorithm>
@@ -140,27 +140,90 @@ View depthwiseWeights(Lowering& lowering, ValueIndex weight)
     return { lowering.schedule().addConstant(turned), ElementType::real, 0, turned.type().shape, { channels, 1 } };
 }
 
+// Products of a depth up to this are computed in bands: rows that two bands need cost little.
+constexpr int64_t shallowDepth = 64;
+
+// Results above this, in values, leave the caches before they are read again.
+constexpr int64_t largeResult = 1 << 20;
+
+// The input's product, when it is worth being computed band by band.
+std::optional<ProductCall> bandedInput(const Lowering& lowering, ValueIndex x)
+{
+    const Shape& shape = lowering.graph().type(x).shape;
+    const Expression* pending = lowering.expression(x);
+    if (pending == nullptr || !pending->product || pending->product->columnDimension != 1 || shape[0] != 1
+        || elementCount(shape) <= largeResult)
+        return std::nullopt;
+    auto call = productCall(*pending);
+    return call && call->depth <= shallowDepth ? call : std::nullopt;
+}
+
+// A depthwise convolution on its way into the schedule: everything but where its input comes from.
+struct DepthwiseStep {
+    View weights;
+    std::optional<View> bias;
+    View to;
+    Window window;
+
+    Depthwise bind(const Memory& memory) const
+    {
+        return { window, memory.reals(weights), bias ? memory.reals(*bias) : nullptr, memory.reals(to),
+            window.channels };
+    }
+    std::string name() const { return stepName("depthwise", { window.positions(), window.taps(), window.channels }); }
+    std::vector<BufferIndex> reads(std::vector<BufferIndex> others) const
+    {
+        others.push_back(weights.buffer);
+        if (bias)
+            others.push_back(bias->buffer);
+        return others;
+    }
+};
+
+void emitDepthwise(Lowering& lowering, const DepthwiseStep& depthwise, const View& x)
+{
+    const auto bind = [depthwise, x, &kernels = lowering.kernels()](const Memory& memory) -> std::function<void()> {
+        Depthwise bound = depthwise.bind(memory);
+        bound.window.input = memory.reals(x);
+        return [bound, &kernels] { MLProgram::run(bound, kernels); };
+    };
+    lowering.emit({ depthwise.name(), depthwise.reads({ x.buffer }), { depthwise.to.buffer }, bind });
+}
+
+void emitBanded(Lowering& lowering, const DepthwiseStep& depthwise, const ProductCall& call)
+{
+    const BufferIndex workspace = lowering.newWorkspace(bandedDepthwiseWorkspace(depthwise.window, call.depth));
+    const auto bind = [depthwise, workspace, bindProduct = call.bind, &kernels = lowering.kernels()](
+                          const Memory& memory) -> std::function<void()> {
+        const auto product = bindProduct(memory);
+        const BandedDepthwise bound { *product, depthwise.bind(memory), memory.floats(workspace) };
+        return [bound, product, &kernels] { MLProgram::run(bound, kernels); };
+    };
+    lowering.emit({ call.name + " + " + depthwise.name(), depthwise.reads(call.reads),
+        { depthwise.to.buffer, workspace }, bind });
+}
+
 void lowerDepthwise(Lowering& lowering, const GraphNode& node, const Geometry& geometry)
 {
+    const ValueIndex x = node.argument("x")->values.front();
     const ValueIndex output = node.outputs.front();
     const Shape& shape = lowering.graph().type(output).shape;
-    const View x = channelsLast(lowering, node.argument("x")->values.front());
-    const View weights = depthwiseWeights(lowering, node.argument("weight")->values.front());
-    const Argument* argument = node.argument("bias");
-    const auto bias = argument == nullptr ? std::nullopt : std::optional(lowering.denseView(argument->values.front()));
-    const Window window = windowOver(x, shape, geometry);
-    const View to = lowering.newView(ElementType::real, shape, orderedStrides(shape, orderWithLast(shape.size(), 1)));
-    Step step { { x.buffer, weights.buffer }, { to.buffer }, {} };
-    if (bias)
-        step.reads.push_back(bias->buffer);
-    step.bind = [=, &kernels = lowering.kernels()](const Memory& memory) -> std::function<void()> {
-        Depthwise depthwise { window, memory.reals(weights), bias ? memory.reals(*bias) : nullptr, memory.reals(to),
-            window.channels };
-        depthwise.window.input = memory.reals(x);
-        return [depthwise, &kernels] { MLProgram::run(depthwise, kernels); };
-    };
-    lowering.emit(std::move(step));
-    lowering.define(output, to);
+    const auto product = bandedInput(lowering, x);
+    // A product's result lies channels last.
+    const Shape& inputShape = lowering.graph().type(x).shape;
+    const View input = product
+        ? View { 0, ElementType::real, 0, inputShape, orderedStrides(inputShape, orderWithLast(inputShape.size(), 1)) }
+        : channelsLast(lowering, x);
+    const Argument* bias = node.argument("bias");
+    const DepthwiseStep depthwise { depthwiseWeights(lowering, node.argument("weight")->values.front()),
+        bias == nullptr ? std::nullopt : std::optional(lowering.denseView(bias->values.front())),
+        lowering.newView(ElementType::real, shape, orderedStrides(shape, orderWithLast(shape.size(), 1))),
+        windowOver(input, shape, geometry) };
+    if (product)
+        emitBanded(lowering, depthwise, *product);
+    else
+        emitDepthwise(lowering, depthwise, input);
+    lowering.define(output, depthwise.to);
 }
 
 bool lowerConvolution(Lowering& lowering, const GraphNode& node)

@@ -21,6 +21,7 @@ struct PendingProduct {
     std::vector<BufferIndex> reads;
     std::function<std::shared_ptr<const LeftMatrix>(const Memory& memory)> left;
     std::shared_ptr<const PackedMatrix> right;
+    std::optional<View> bias; // one value for each column, side by side
     int64_t rows = 0;
     size_t columnDimension = 0; // of the result's shape
 };

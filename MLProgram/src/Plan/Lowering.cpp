@@ -196,48 +196,28 @@ Expression Lowering::mappable(ValueIndex value)
 
 std::optional<View> Lowering::computeProduct(const Expression& expression)
 {
+    const auto call = productCall(expression);
+    if (!call)
+        return std::nullopt;
     const PendingProduct& product = *expression.product;
-    std::vector<size_t> rowDimensions;
-    for (size_t i = 0; i < expression.shape.size(); ++i) {
-        if (i != product.columnDimension)
-            rowDimensions.push_back(i);
-    }
-    std::vector<int64_t> rowStrides;
-    for (size_t i = 1; i < expression.inputs.size(); ++i) {
-        const View& input = expression.inputs[i];
-        const auto isStretched = [&](size_t d) { return input.shape[d] == 1 || input.strides[d] == 0; };
-        const auto stride = std::ranges::all_of(rowDimensions, isStretched) ? 0 : commonStride(input, rowDimensions);
-        if (!stride)
-            return std::nullopt;
-        rowStrides.push_back(*stride);
-    }
-    std::vector<size_t> order = rowDimensions;
-    order.push_back(product.columnDimension);
+    const std::vector<size_t> order = orderWithLast(expression.shape.size(), product.columnDimension);
     const View to = newView(ElementType::real, expression.shape, orderedStrides(expression.shape, order));
-    const BufferIndex workspace = newWorkspace(productWorkspace(product.rows, product.right->depth()));
-    Step step { product.reads, { to.buffer, workspace }, {} };
-    for (size_t i = 1; i < expression.inputs.size(); ++i)
-        step.reads.push_back(expression.inputs[i].buffer);
-
-    auto program = std::make_shared<const RowProgram>(*rowProgramOf(expression));
-    step.bind = [=, &kernels = kernels_, pending = expression.product, inputs = expression.inputs,
-                    isPlain = expression.terms.empty()](const Memory& memory) -> std::function<void()> {
-        auto operands = std::make_shared<std::vector<EpilogueInput>>();
-        for (size_t i = 1; i < inputs.size(); ++i)
-            operands->push_back({ memory.at(inputs[i]), inputs[i].element, rowStrides[i - 1],
-                inputs[i].strides[pending->columnDimension] });
-        const auto left = pending->left(memory);
-        const Product bound { left.get(), pending->right.get(), memory.reals(to), pending->right->columns(),
-            { isPlain ? nullptr : program.get(), *operands }, memory.floats(workspace) };
-        return [bound, left, pending, program, operands, &kernels] { multiply(bound, kernels); };
+    const BufferIndex workspace = newWorkspace(productWorkspace(product.rows, call->depth));
+    const auto bind = [bindProduct = call->bind, to, workspace, &kernels = kernels_](
+                          const Memory& memory) -> std::function<void()> {
+        const auto bound = bindProduct(memory);
+        Product complete = *bound;
+        complete.result = memory.reals(to);
+        complete.workspace = memory.floats(workspace);
+        return [complete, bound, &kernels] { multiply(complete, kernels); };
     };
-    emit(std::move(step));
+    emit({ call->name, call->reads, { to.buffer, workspace }, bind });
     return to;
 }
 
 void Lowering::emitMap(const Expression& expression, const View& to)
 {
-    Step step { {}, { to.buffer }, {} };
+    Step step { stepName("element-wise", { to.count() }), {}, { to.buffer }, {} };
     for (const View& input : expression.inputs)
         step.reads.push_back(input.buffer);
     step.bind = [program = *rowProgramOf(expression), inputs = expression.inputs, to, &kernels = kernels_](
@@ -264,10 +244,11 @@ void Lowering::emitMap(const Expression& expression, const View& to)
 
 void Lowering::emitReorder(const View& from, const View& to)
 {
-    emit({ { from.buffer }, { to.buffer }, [from, to](const Memory& memory) -> std::function<void()> {
-              const Reorder reorder { to.shape, to.element, memory.at(from), from.strides, memory.at(to), to.strides };
-              return [reorder] { MLProgram::run(reorder); };
-          } });
+    emit({ stepName("copy", { to.count() }), { from.buffer }, { to.buffer },
+        [from, to](const Memory& memory) -> std::function<void()> {
+            const Reorder reorder { to.shape, to.element, memory.at(from), from.strides, memory.at(to), to.strides };
+            return [reorder] { MLProgram::run(reorder); };
+        } });
 }
 
 } // namespace MLProgram

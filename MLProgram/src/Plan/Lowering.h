@@ -5,6 +5,7 @@
 #include "Kernels/KernelSet.h"
 #include "Plan/Expression.h"
 #include "Plan/Graph.h"
+#include "Plan/ProductCall.h"
 #include "Plan/Schedule.h"
 #include "Plan/WeightStore.h"
 

@@ -4,32 +4,6 @@
 
 namespace MLProgram {
 
-namespace {
-
-// One value for each column, as an operand of an expression of the product's shape.
-View alongColumns(View vector, const Shape& shape, size_t columnDimension)
-{
-    View result = vector;
-    result.shape = shape;
-    result.strides.assign(shape.size(), 0);
-    if (vector.count() > 1)
-        result.strides[columnDimension] = vector.strides.back();
-    return result;
-}
-
-} // namespace
-
-std::vector<size_t> orderWithLast(size_t rank, size_t last)
-{
-    std::vector<size_t> order;
-    for (size_t i = 0; i < rank; ++i) {
-        if (i != last)
-            order.push_back(i);
-    }
-    order.push_back(last);
-    return order;
-}
-
 LeftSide matrixRows(Lowering& lowering, ValueIndex value, size_t columnDimension)
 {
     View view = lowering.view(value);
@@ -52,18 +26,17 @@ void defineProduct(Lowering& lowering, ValueIndex output, LeftSide left, const W
     const Shape& shape = lowering.graph().type(output).shape;
     auto product = std::make_shared<PendingProduct>();
     product->reads = { left.view.buffer };
+    if (bias) {
+        product->bias = lowering.denseView(*bias);
+        product->reads.push_back(product->bias->buffer);
+    }
     product->left = std::move(left.bind);
     product->right = lowering.weights().packed(*lowering.graph().values[weight.value].constant, weight.layout);
     product->rows = left.rows;
     product->columnDimension = columnDimension;
 
     View result { 0, ElementType::real, 0, shape, denseStrides(shape) };
-    Expression expression { shape, { result }, {}, std::move(product) };
-    if (bias) {
-        expression.inputs.push_back(alongColumns(lowering.denseView(*bias), shape, columnDimension));
-        expression.terms.push_back({ RowOperation::add, -1, -2, -1 });
-    }
-    lowering.define(output, std::move(expression));
+    lowering.define(output, Expression { shape, { result }, {}, std::move(product) });
 }
 
 } // namespace MLProgram

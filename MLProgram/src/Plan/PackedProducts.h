@@ -25,11 +25,8 @@ struct WeightOperand {
     WeightLayout layout;
 };
 
-// Defines `output` as a product that waits for its epilogue; the bias, one value for each column, opens it.
+// Defines `output` as a product that waits for its epilogue. The bias has one value for each column.
 void defineProduct(Lowering& lowering, ValueIndex output, LeftSide left, const WeightOperand& weight,
     size_t columnDimension, std::optional<ValueIndex> bias);
-
-// The dimensions of a shape in order, without one, and with it at the end.
-std::vector<size_t> orderWithLast(size_t rank, size_t last);
 
 } // namespace MLProgram

@@ -31,7 +31,7 @@ Plan::Plan(const Graph& graph, const KernelSet& kernels, WeightStore& weights)
     }
     const Memory memory(std::move(bases));
     for (const Step& step : schedule.steps)
-        steps_.push_back(step.bind(memory));
+        steps_.push_back({ step.name, step.bind(memory) });
     for (const View& view : lowering.inputs())
         inputs_.push_back(memory.tensor(view));
     for (const View& view : lowering.outputs())
@@ -47,8 +47,8 @@ std::span<const TensorView> Plan::run(std::span<const TensorView> inputs)
         if (size > 0)
             std::memcpy(inputs_[i].data, inputs[i].data, size);
     }
-    for (const auto& step : steps_)
-        step();
+    for (const BoundStep& step : steps_)
+        step.action();
     return outputs_;
 }
 

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace MLProgram {
@@ -25,11 +26,18 @@ public:
     size_t arenaSize() const noexcept { return arenaSize_; }
     size_t stepCount() const noexcept { return steps_.size(); }
 
+    // What run() does, in order, for those who measure it. After a run any step may be repeated.
+    struct BoundStep {
+        std::string name;
+        std::function<void()> action;
+    };
+    std::span<const BoundStep> steps() const noexcept { return steps_; }
+
 private:
     size_t arenaSize_ = 0;
     Tensor arena_;
     std::vector<Tensor> constants_;
-    std::vector<std::function<void()>> steps_;
+    std::vector<BoundStep> steps_;
     std::vector<TensorView> inputs_;
     std::vector<TensorView> outputs_;
 };

@@ -133,7 +133,9 @@ void emitBatched(Lowering& lowering, ValueIndex output, Side left, Side right)
         to = to.turned();
     }
     const BufferIndex workspace = lowering.newWorkspace(batchedProductWorkspace(left.rows(), left.columns()));
-    Step step { { left.view.buffer, right.view.buffer }, { result.buffer, workspace }, {} };
+    Step step { stepName("batched product",
+                    { result.count() / (left.rows() * right.columns()), left.rows(), left.columns(), right.columns() }),
+        { left.view.buffer, right.view.buffer }, { result.buffer, workspace }, {} };
     step.bind = [=, &kernels = lowering.kernels()](const Memory& memory) -> std::function<void()> {
         const BatchedProduct product { Shape(to.view.shape.begin(), to.view.shape.end() - 2), left.matrix(memory),
             right.matrix(memory), memory.reals(to.view), Shape(to.view.strides.begin(), to.view.strides.end() - 2),

@@ -62,7 +62,7 @@ void lowerToReference(Lowering& lowering, const GraphNode& node)
     auto call = std::make_shared<Call>();
     call->operation = node.operation;
     call->opset = node.opset;
-    Step step;
+    Step step { stepName(node.operation, {}), {}, {}, {} };
     for (const Argument& argument : node.arguments) {
         call->arguments.push_back(boundArgument(lowering, argument));
         for (const View& view : call->arguments.back().views)

@@ -47,7 +47,7 @@ bool lowerSoftmax(Lowering& lowering, const GraphNode& node)
     const View natural { 0, ElementType::real, 0, scores.shape, lowering.bestStrides(output, scores) };
     const std::vector<size_t> order = orderWithInnermost(natural, axis);
     const View to = lowering.newView(ElementType::real, scores.shape, orderedStrides(scores.shape, order));
-    Step step { {}, { to.buffer }, {} };
+    Step step { stepName("softmax", { to.count() / to.shape[axis], to.shape[axis] }), {}, { to.buffer }, {} };
     for (const View& input : scores.inputs)
         step.reads.push_back(input.buffer);
     step.bind = [=, &kernels = lowering.kernels()](const Memory& memory) -> std::function<void()> {
@@ -105,7 +105,7 @@ bool lowerLayerNorm(Lowering& lowering, const GraphNode& node)
     const View to = lowering.newView(ElementType::real, from.shape, orderedStrides(from.shape, order));
     const auto gamma = parameter(lowering, node, "gamma");
     const auto beta = parameter(lowering, node, "beta");
-    Step step { { from.buffer }, { to.buffer }, {} };
+    Step step { stepName("layer norm", { from.count() / length, length }), { from.buffer }, { to.buffer }, {} };
     for (const auto& view : { gamma, beta }) {
         if (view)
             step.reads.push_back(view->buffer);

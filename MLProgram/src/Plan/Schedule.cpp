@@ -3,6 +3,7 @@
 #include "Plan/Schedule.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace MLProgram {
 
@@ -69,6 +70,15 @@ size_t lowestOffset(const Placement& placement, const std::vector<Placement>& ne
 }
 
 } // namespace
+
+std::string stepName(std::string_view kind, std::initializer_list<int64_t> sizes)
+{
+    std::string name(kind);
+    char separator = ' ';
+    for (const int64_t size : sizes)
+        name += std::exchange(separator, 'x') + std::to_string(size);
+    return name;
+}
 
 BufferIndex Schedule::addBuffer(size_t size, Buffer::Kind kind)
 {

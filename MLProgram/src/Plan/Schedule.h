@@ -7,6 +7,9 @@
 
 #include <cstddef>
 #include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace MLProgram {
@@ -34,12 +37,16 @@ private:
 
 // One action of a plan: reads some buffers, writes others.
 struct Step {
+    std::string name; // kind and size of the work, for those who measure: "product 188x1024x4096"
     std::vector<BufferIndex> reads;
     std::vector<BufferIndex> writes; // working memory included
 
     // Gives the action with every address filled in; running it allocates nothing.
     std::function<std::function<void()>(const Memory& memory)> bind;
 };
+
+// The name of a step of this kind, over sizes that it multiplies.
+std::string stepName(std::string_view kind, std::initializer_list<int64_t> sizes);
 
 struct Buffer {
     enum class Kind {

@@ -40,6 +40,17 @@ Shape orderedStrides(const Shape& shape, std::span<const size_t> order)
     return strides;
 }
 
+std::vector<size_t> orderWithLast(size_t rank, size_t last)
+{
+    std::vector<size_t> order;
+    for (size_t i = 0; i < rank; ++i) {
+        if (i != last)
+            order.push_back(i);
+    }
+    order.push_back(last);
+    return order;
+}
+
 std::vector<size_t> memoryOrder(const View& view)
 {
     std::vector<size_t> order;

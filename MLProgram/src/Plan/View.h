@@ -34,6 +34,9 @@ Shape denseStrides(const Shape& shape);
 // Strides of a tensor without gaps whose dimensions lie in memory in this order, the last innermost.
 Shape orderedStrides(const Shape& shape, std::span<const size_t> order);
 
+// The dimensions of a shape in order, without one, and with it at the end.
+std::vector<size_t> orderWithLast(size_t rank, size_t last);
+
 // The order in which a view's dimensions lie in memory, the innermost last; dimensions of 1 come first.
 std::vector<size_t> memoryOrder(const View& view);
 

@@ -50,7 +50,7 @@ std::vector<float> run(const std::vector<float>& left, const PackedMatrix& right
     const StridedMatrix matrix(left.data(), size.rows, size.depth, size.depth, 1);
     std::vector<float> result(static_cast<size_t>(size.rows * size.columns), -99.0f);
     std::vector<float> workspace(static_cast<size_t>(productWorkspace(size.rows, size.depth)));
-    multiply({ &matrix, &right, result.data(), size.columns, epilogue, workspace.data() }, kernels);
+    multiply({ &matrix, &right, result.data(), size.columns, nullptr, epilogue, workspace.data() }, kernels);
     return result;
 }
 
@@ -111,6 +111,50 @@ TEST_P(ProductTest, RunsTheEpilogueOnEveryResult)
     expectNear(actual, expected, 2e-5f);
 }
 
+TEST_P(ProductTest, AddsTheBiasToEveryRow)
+{
+    for (const Size& size : sizes) {
+        const std::vector<float> left = randomValues(size.rows * size.depth, 1);
+        const std::vector<float> weights = randomValues(size.columns * size.depth, 2);
+        const std::vector<float> bias = randomValues(size.columns, 3);
+        const PackedMatrix right(halves(weights).data(), columnMajor(size), kernels().panelWidth);
+        const StridedMatrix matrix(left.data(), size.rows, size.depth, size.depth, 1);
+        std::vector<float> actual(static_cast<size_t>(size.rows * size.columns));
+        std::vector<float> workspace(static_cast<size_t>(productWorkspace(size.rows, size.depth)));
+        multiply({ &matrix, &right, actual.data(), size.columns, bias.data(), {}, workspace.data() }, kernels());
+        std::vector<float> expected = plainProduct(left, weights, size);
+        for (size_t i = 0; i < expected.size(); ++i)
+            expected[i] += bias[i % static_cast<size_t>(size.columns)];
+        expectNear(actual, expected, 2e-5f);
+    }
+}
+
+TEST_P(ProductTest, ComputesSomeRowsAlone)
+{
+    const Size size { 500, 20, 40 };
+    constexpr int64_t first = 130, rows = 300;
+    const std::vector<float> left = randomValues(size.rows * size.depth, 1);
+    const std::vector<float> weights = randomValues(size.columns * size.depth, 2);
+    const std::vector<float> residual = randomValues(size.rows, 3);
+    const PackedMatrix right(halves(weights).data(), columnMajor(size), kernels().panelWidth);
+    const StridedMatrix matrix(left.data(), size.rows, size.depth, size.depth, 1);
+    const RowProgram program { 2, { { RowOperation::add, 2, 0, 1, 0 } } };
+    const EpilogueInput inputs[] = { { residual.data(), ElementType::real, 1, 0 } };
+    std::vector<float> actual(static_cast<size_t>(rows * size.columns));
+    std::vector<float> workspace(static_cast<size_t>(productWorkspace(rows, size.depth)));
+    multiplyRows({ &matrix, &right, actual.data(), size.columns, nullptr, { &program, inputs }, workspace.data() },
+        first, rows, kernels());
+
+    const std::vector<float> whole = plainProduct(left, weights, size);
+    std::vector<float> expected;
+    for (int64_t row = first; row < first + rows; ++row) {
+        for (int64_t column = 0; column < size.columns; ++column)
+            expected.push_back(
+                whole[static_cast<size_t>(row * size.columns + column)] + residual[static_cast<size_t>(row)]);
+    }
+    expectNear(actual, expected, 2e-5f);
+}
+
 TEST_P(ProductTest, LeavesValuesBetweenTheResultsRowsAlone)
 {
     const Size size { 20, 8, 35 };
@@ -121,7 +165,7 @@ TEST_P(ProductTest, LeavesValuesBetweenTheResultsRowsAlone)
     constexpr int64_t stride = 40;
     std::vector<float> result(static_cast<size_t>(size.rows * stride), 7.0f);
     std::vector<float> workspace(static_cast<size_t>(productWorkspace(size.rows, size.depth)));
-    multiply({ &matrix, &right, result.data(), stride, {}, workspace.data() }, kernels());
+    multiply({ &matrix, &right, result.data(), stride, nullptr, {}, workspace.data() }, kernels());
     for (int64_t row = 0; row < size.rows; ++row) {
         for (int64_t column = size.columns; column < stride; ++column)
             EXPECT_EQ(result[static_cast<size_t>(row * stride + column)], 7.0f);
@@ -145,7 +189,7 @@ TEST_P(ProductTest, ConvolvesByAWindow)
     const WindowMatrix matrix(window);
     std::vector<float> actual(static_cast<size_t>(size.rows * size.columns));
     std::vector<float> workspace(static_cast<size_t>(productWorkspace(size.rows, size.depth)));
-    multiply({ &matrix, &right, actual.data(), 4, {}, workspace.data() }, kernels());
+    multiply({ &matrix, &right, actual.data(), 4, nullptr, {}, workspace.data() }, kernels());
 
     std::vector<float> expected;
     for (int64_t row = 0; row < size.rows; ++row) {

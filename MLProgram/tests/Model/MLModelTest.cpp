@@ -229,6 +229,29 @@ TEST(MLModel, WritesOutputsIntoTheirBackings)
     EXPECT_EQ(toFloat(backing->elements<PlatformSupport::Float16>()[1]), 4);
 }
 
+TEST(MLModel, LetsTwoOutputsShareAnArrayWhichHoldsTheLast)
+{
+    MLModel model = load({ { "model.mil",
+        program("func main<ios17>(tensor<fp32, [2]> x) { tensor<fp32, [2]> y = add(x = x, y = x); "
+                "tensor<fp32, [2]> z = mul(x = y, y = y); } -> (y, z);") } });
+    MLPredictionOptions options;
+    options.outputBackings["y"] = options.outputBackings["z"] = floats({ 0, 0 });
+    for (const float value : { 1.0f, 3.0f }) {
+        const auto result = model.prediction(input(floats({ value, 0 })), options);
+        EXPECT_EQ(result.featureValue("y")->multiArrayValue(), result.featureValue("z")->multiArrayValue());
+        EXPECT_THAT(output(result, "z"), ElementsAre(4 * value * value, 0));
+    }
+}
+
+TEST(MLModel, GivesAnInputOutAgain)
+{
+    MLModel model = load({ { "model.mil",
+        program("func main<ios17>(tensor<fp32, [2]> x) { tensor<fp32, [2]> y = add(x = x, y = x); } -> (y, x);") } });
+    const auto result = model.prediction(input(floats({ 1, -2 })));
+    EXPECT_THAT(output(result), ElementsAre(2, -4));
+    EXPECT_THAT(output(result, "x"), ElementsAre(1, -2));
+}
+
 TEST(MLModel, MayWriteAnOutputOverItsInput)
 {
     MLModel model = load({ { "model.mil", doubled } });

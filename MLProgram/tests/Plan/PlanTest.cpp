@@ -126,6 +126,28 @@ TEST(Plan, ComputesOnceWhatFollowsFromConstants)
     expectPlanAgreesWithInterpreter(function);
 }
 
+// The result of the first convolution is larger than the caches, so it is never whole.
+TEST(Plan, ConvolvesALargeShallowProductBandByBand)
+{
+    FunctionBuilder builder;
+    const auto convolve = [&](ValueIndex x, const Shape& weight, int32_t groups) {
+        return builder.add("conv",
+            { { "x", { x } }, { "weight", { builder.weight(weight, 0.3f) } },
+                { "bias", { builder.weight({ weight[0] }) } }, { "groups", { builder.integer(groups) } },
+                { "strides", { builder.integers({ 2, 2 }) } }, { "pad_type", { builder.text("custom") } },
+                { "pad", { builder.integers({ 1, 1, 1, 1 }) } } });
+    };
+    const ValueIndex x = builder.input({ 1, 1, 300, 130 });
+    const ValueIndex y = builder.add("relu", { { "x", { convolve(x, { 128, 1, 3, 3 }, 1) } } });
+    const ValueIndex z = convolve(y, { 128, 1, 3, 3 }, 128);
+    const Function function = builder.finish({ builder.add("relu", { { "x", { z } } }) });
+    const auto planned = planOf(function);
+    EXPECT_EQ(planned->plan->stepCount(), 2U); // both convolutions; relu, written channels first
+    const size_t firstResult = size_t { 128 } * 150 * 65 * sizeof(float);
+    EXPECT_LT(planned->plan->arenaSize(), firstResult);
+    expectPlanAgreesWithInterpreter(function);
+}
+
 TEST(Plan, GivesOutInputsConstantsAndOneValueTwice)
 {
     FunctionBuilder builder;

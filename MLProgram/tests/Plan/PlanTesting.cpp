@@ -71,18 +71,31 @@ std::unique_ptr<TestPlan> planOf(const Function& function, const KernelSet& kern
     return result;
 }
 
+namespace {
+
+void expectAgreement(Executable& plan, Executable& interpreter, const std::vector<Tensor>& inputs, float tolerance)
+{
+    const auto actual = plan.run(viewsOf(inputs));
+    const auto expected = interpreter.run(viewsOf(inputs));
+    ASSERT_EQ(actual.size(), expected.size());
+    for (size_t i = 0; i < actual.size(); ++i)
+        expectEqual(actual[i], expected[i], tolerance);
+}
+
+} // namespace
+
+void expectPlanAgreesWithInterpreter(const Function& function, const std::vector<Tensor>& inputs, float tolerance)
+{
+    Interpreter interpreter(std::make_shared<const Function>(function));
+    expectAgreement(*planOf(function)->plan, interpreter, inputs, tolerance);
+}
+
 void expectPlanAgreesWithInterpreter(const Function& function, const KernelSet& kernels, float tolerance)
 {
     const auto planned = planOf(function, kernels);
     Interpreter interpreter(std::make_shared<const Function>(function));
-    for (const unsigned seed : { 1u, 100u }) {
-        const std::vector<Tensor> inputs = randomInputs(function, seed);
-        const auto actual = planned->plan->run(viewsOf(inputs));
-        const auto expected = interpreter.run(viewsOf(inputs));
-        ASSERT_EQ(actual.size(), expected.size());
-        for (size_t i = 0; i < actual.size(); ++i)
-            expectEqual(actual[i], expected[i], tolerance);
-    }
+    for (const unsigned seed : { 1u, 100u })
+        expectAgreement(*planned->plan, interpreter, randomInputs(function, seed), tolerance);
 }
 
 } // namespace MLProgram

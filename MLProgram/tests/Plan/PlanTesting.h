@@ -26,6 +26,10 @@ struct TestPlan {
 // Compiles the function for its declared shapes; fails the test when that cannot be done.
 std::unique_ptr<TestPlan> planOf(const Function& function, const KernelSet& kernels = kernelsOfThisProcessor());
 
+// Runs the function by plan and by interpreter on these inputs, and expects equal outputs.
+void expectPlanAgreesWithInterpreter(
+    const Function& function, const std::vector<Tensor>& inputs, float tolerance = 2e-4f);
+
 // Runs the function by plan and by interpreter, twice each with different inputs, and expects equal outputs.
 void expectPlanAgreesWithInterpreter(
     const Function& function, const KernelSet& kernels = kernelsOfThisProcessor(), float tolerance = 2e-4f);

@@ -29,7 +29,7 @@ template <typename Weight> void multiplyTile(const Tile& tile)
     for (int64_t row = 0; row < tile.rows; ++row) {
         for (int64_t column = 0; column < referencePanelWidth; ++column) {
             float& result = tile.c[row * tile.cStride + column];
-            float sum = tile.accumulate ? result : 0.0f;
+            float sum = tile.accumulate ? result : (tile.start == nullptr ? 0.0f : tile.start[column]);
             for (int64_t k = 0; k < tile.depth; ++k)
                 sum += tile.a[k * tile.rows + row] * widened(b[k * referencePanelWidth + column]);
             result = sum;

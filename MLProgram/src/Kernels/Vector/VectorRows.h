@@ -176,19 +176,51 @@ template <typename Vector> void layerNormRow(const LayerNormRow& row)
     });
 }
 
+// A few registers of channels at a time: their sums do not wait for one another.
+template <typename Vector, int registers> void depthwiseBlock(const DepthwisePosition& position, int64_t start)
+{
+    typename Vector::Register sums[registers];
+#pragma GCC unroll 8
+    for (int i = 0; i < registers; ++i)
+        sums[i] = position.bias == nullptr ? Vector::zero() : Vector::load(position.bias + start + i * Vector::width);
+    for (int64_t tap = 0; tap < position.tapCount; ++tap) {
+        if (position.taps[tap] == nullptr)
+            continue;
+        const float* x = position.taps[tap] + start;
+        const float* weight = position.weights + tap * position.channels + start;
+#pragma GCC unroll 8
+        for (int i = 0; i < registers; ++i)
+            sums[i] = Vector::multiplyAdd(
+                Vector::load(x + i * Vector::width), Vector::load(weight + i * Vector::width), sums[i]);
+    }
+#pragma GCC unroll 8
+    for (int i = 0; i < registers; ++i)
+        Vector::store(position.to + start + i * Vector::width, sums[i]);
+}
+
+template <typename Vector> void depthwiseEnd(const DepthwisePosition& position, int64_t start, int64_t length)
+{
+    auto sum = position.bias == nullptr ? Vector::zero() : Vector::load(position.bias + start, length);
+    for (int64_t tap = 0; tap < position.tapCount; ++tap) {
+        if (position.taps[tap] == nullptr)
+            continue;
+        const auto x = Vector::load(position.taps[tap] + start, length);
+        const auto weight = Vector::load(position.weights + tap * position.channels + start, length);
+        sum = Vector::multiplyAdd(x, weight, sum);
+    }
+    Vector::store(position.to + start, sum, length);
+}
+
 template <typename Vector> void depthwisePosition(const DepthwisePosition& position)
 {
-    forEachRegister<Vector>(position.channels, [&](int64_t start, int64_t length) {
-        auto sum = position.bias == nullptr ? Vector::zero() : loadPiece<Vector>(position.bias + start, length);
-        for (int64_t tap = 0; tap < position.tapCount; ++tap) {
-            if (position.taps[tap] == nullptr)
-                continue;
-            const auto x = loadPiece<Vector>(position.taps[tap] + start, length);
-            const auto weight = loadPiece<Vector>(position.weights + tap * position.channels + start, length);
-            sum = Vector::multiplyAdd(x, weight, sum);
-        }
-        storePiece<Vector>(position.to + start, sum, length);
-    });
+    constexpr int registers = 8;
+    int64_t start = 0;
+    for (; start + registers * Vector::width <= position.channels; start += registers * Vector::width)
+        depthwiseBlock<Vector, registers>(position, start);
+    for (; start + Vector::width <= position.channels; start += Vector::width)
+        depthwiseBlock<Vector, 1>(position, start);
+    if (start < position.channels)
+        depthwiseEnd<Vector>(position, start, position.channels - start);
 }
 
 } // namespace MLProgram

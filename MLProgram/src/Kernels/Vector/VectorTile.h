@@ -21,13 +21,18 @@ template <typename Vector, typename Weight, int rows> void multiplyTile(const Ti
     constexpr int chains = rows <= 2 ? 4 : (rows <= 4 ? 2 : 1);
     constexpr int64_t panelWidth = 2 * Vector::width;
 
+    // Every loop over rows is unrolled, or else the compiler keeps the sums in memory.
     Register sums[chains][rows][2];
+    const float* start = tile.accumulate ? tile.c : tile.start;
+    const int64_t startStride = tile.accumulate ? tile.cStride : 0;
+#pragma GCC unroll 16
     for (int row = 0; row < rows; ++row) {
-        for (int half = 0; half < 2; ++half) {
-            const float* start = tile.c + row * tile.cStride + half * Vector::width;
-            sums[0][row][half] = tile.accumulate ? Vector::load(start) : Vector::zero();
-            for (int chain = 1; chain < chains; ++chain)
-                sums[chain][row][half] = Vector::zero();
+        sums[0][row][0] = start == nullptr ? Vector::zero() : Vector::load(start + row * startStride);
+        sums[0][row][1] = start == nullptr ? Vector::zero() : Vector::load(start + row * startStride + Vector::width);
+#pragma GCC unroll 4
+        for (int chain = 1; chain < chains; ++chain) {
+            sums[chain][row][0] = Vector::zero();
+            sums[chain][row][1] = Vector::zero();
         }
     }
 
@@ -36,6 +41,7 @@ template <typename Vector, typename Weight, int rows> void multiplyTile(const Ti
     const auto step = [&](Register(&chain)[rows][2]) {
         const Register left = PanelReader<Vector>::read(b);
         const Register right = PanelReader<Vector>::read(b + Vector::width);
+#pragma GCC unroll 16
         for (int row = 0; row < rows; ++row) {
             const Register value = Vector::all(a[row]);
             chain[row][0] = Vector::multiplyAdd(value, left, chain[row][0]);
@@ -47,15 +53,19 @@ template <typename Vector, typename Weight, int rows> void multiplyTile(const Ti
 
     int64_t k = 0;
     for (; k + chains <= tile.depth; k += chains) {
+#pragma GCC unroll 4
         for (int chain = 0; chain < chains; ++chain)
             step(sums[chain]);
     }
     for (; k < tile.depth; ++k)
         step(sums[0]);
 
+#pragma GCC unroll 16
     for (int row = 0; row < rows; ++row) {
+#pragma GCC unroll 2
         for (int half = 0; half < 2; ++half) {
             Register sum = sums[0][row][half];
+#pragma GCC unroll 4
             for (int chain = 1; chain < chains; ++chain)
                 sum = sum + sums[chain][row][half];
             Vector::store(tile.c + row * tile.cStride + half * Vector::width, sum);
