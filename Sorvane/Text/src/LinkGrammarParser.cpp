@@ -58,14 +58,17 @@ Reading LinkGrammarParser::bestReading(const std::string& sentence)
 LinkGrammarParser::LinkageHandle LinkGrammarParser::bestLinkage(Sentence sentence) const
 {
     const auto count = static_cast<LinkageIdx>(sentence_num_valid_linkages(sentence));
+    LinkageHandle first;
     for (LinkageIdx i = 0; i < count; ++i) {
         if (sentence_disjunct_cost(sentence, i) > sentence_disjunct_cost(sentence, 0))
             break;
         LinkageHandle linkage(linkage_create(i, sentence, options_.get()));
         if (!takesPleaseAsAction(linkage.get()))
             return linkage;
+        if (!first)
+            first = std::move(linkage); // kept: link-grammar leaks one that is made twice
     }
-    return LinkageHandle(count > 0 ? linkage_create(0, sentence, options_.get()) : nullptr);
+    return first;
 }
 
 bool LinkGrammarParser::load()

@@ -15,7 +15,7 @@ namespace Sorvane {
 namespace {
 
 // An imperative shows in the first words; more of them cost time and teach nothing.
-constexpr size_t mostWords = 7;
+constexpr size_t mostWords = 6;
 
 // What people say before they begin. The dictionary has few of these, and some of them as other words.
 bool isInterjection(std::string_view word)

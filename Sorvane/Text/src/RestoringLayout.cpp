@@ -93,8 +93,11 @@ std::optional<Items> proseItems(std::string_view cleaned, const Enumeration& ori
         return std::nullopt;
     const auto rest = Regex::trimmedOf(cleaned.substr(*introLength), " :\n");
     const std::string separated = withLineBreaksBetweenItems(rest);
+    const auto pieces = Regex::lines(separated);
+    if (pieces.size() != original.items.size())
+        return std::nullopt;
     Items items;
-    for (const auto piece : Regex::lines(separated))
+    for (const auto piece : pieces)
         items.push_back(Regex::firstUppercased(Regex::trimmedOf(piece, " .\n")));
     return matchItems(items, original.items) ? std::optional(items) : std::nullopt;
 }

@@ -32,10 +32,11 @@ LexicalClass classBehindPlease(const std::string& item)
 
 TEST(LinkGrammarTagger, TellsVerbsOfRequests)
 {
-    for (const std::string item : { "buy milk", "call mom", "wash the car", "write the report", "pick up the kids",
-             "be nice", "email John about the contract", "google the answer", "pay rent", "order pizza",
-             "refactor the codebase", "frobnicate the widget", "don't forget the keys",
-             "make sure that the door of the house is closed at night" })
+    for (const std::string item :
+        { "buy milk", "call mom", "wash the car", "write the report", "pick up the kids", "be nice",
+            "email John about the contract", "google the answer", "pay rent", "order pizza", "refactor the codebase",
+            "frobnicate the widget", "don't forget the keys", "make sure that the door of the house is closed at night",
+            "find out why the build is failing on main", "send the invoice to the client by Friday" })
         EXPECT_EQ(classBehindPlease(item), verb) << item;
 }
 
@@ -55,7 +56,7 @@ TEST(LinkGrammarTagger, TellsInterjectionsAndTheVerbBehindThem)
 
 TEST(LinkGrammarTagger, LooksAtTheFirstWordsOnly)
 {
-    EXPECT_THAT(tagger().classesOfWords("one two three four five six seven eight nine"), SizeIs(7));
+    EXPECT_THAT(tagger().classesOfWords("one two three four five six seven eight nine"), SizeIs(6));
     EXPECT_THAT(tagger().classesOfWords(""), IsEmpty());
     EXPECT_THAT(tagger().classesOfWords(" … !"), IsEmpty());
     EXPECT_THAT(tagger().classesOfWords("um, uh"), ElementsAre(interjection, interjection));
