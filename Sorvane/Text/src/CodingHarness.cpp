@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include <Sorvane/RawValue.h>
-
 #include <PlatformSupport/Precondition.h>
 #include <Sorvane/CodingHarness.h>
+#include <Sorvane/RawValue.h>
 
 namespace Sorvane {
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include <Sorvane/RawValue.h>
-
 #include <PlatformSupport/Precondition.h>
+#include <Sorvane/RawValue.h>
 #include <Sorvane/TranscriptMode.h>
 
 namespace Sorvane {
