@@ -7,7 +7,7 @@
 
 namespace DesktopServices {
 
-AccessibilityElement::AccessibilityElement(std::shared_ptr<const AccessibilityObject> object)
+AccessibilityElement::AccessibilityElement(std::shared_ptr<AccessibilityObject> object)
     : object_(std::move(object))
 {
     PlatformSupport::precondition(object_ != nullptr, "a handle to no element");

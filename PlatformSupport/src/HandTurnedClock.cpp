@@ -50,6 +50,12 @@ void HandTurnedClock::advance(Duration duration)
     moveTo(end);
 }
 
+void HandTurnedClock::passBlocked(Duration duration)
+{
+    moveTo(now() + duration);
+    while (sleepers_->wakeNext(now())) { }
+}
+
 size_t HandTurnedClock::sleepers() const
 {
     return sleepers_->size();

@@ -47,6 +47,18 @@ TEST_F(HandTurnedClockTest, TellsTheDate)
     EXPECT_EQ(clock.date(), std::chrono::sys_days(std::chrono::year(2030) / 5 / 7) + 1h);
 }
 
+TEST_F(HandTurnedClockTest, RunsNothingWhileTheProgramIsHeldUp)
+{
+    startSleeper("first", 1s);
+    startSleeper("second", 3s);
+    loop_.turn();
+    clock_.passBlocked(2s);
+    EXPECT_EQ(clock_.now().time_since_epoch(), 2s);
+    EXPECT_TRUE(woken_.empty());
+    loop_.turn();
+    EXPECT_EQ(woken_, (std::vector<std::string> { "first" }));
+}
+
 TEST_F(HandTurnedClockTest, WakesSleepersInOrderOfTheirDeadline)
 {
     startSleeper("third", 3s);

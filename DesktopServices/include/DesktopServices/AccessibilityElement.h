@@ -31,7 +31,7 @@ inline constexpr AccessibilityTimeout ordinaryAccessibilityTimeout = std::chrono
 // Main thread only, which waits for the answer.
 class AccessibilityElement {
 public:
-    explicit AccessibilityElement(std::shared_ptr<const AccessibilityObject> object);
+    explicit AccessibilityElement(std::shared_ptr<AccessibilityObject> object);
 
     AccessibilityReading read(
         std::string_view attribute, AccessibilityTimeout timeout = ordinaryAccessibilityTimeout) const;
@@ -46,7 +46,7 @@ public:
     bool operator==(const AccessibilityElement& other) const;
 
 private:
-    std::shared_ptr<const AccessibilityObject> object_;
+    std::shared_ptr<AccessibilityObject> object_;
 };
 
 struct AccessibilityRange {
@@ -98,8 +98,8 @@ public:
     virtual ~AccessibilityObject() = default;
 
     virtual AccessibilityReading read(std::string_view attribute, AccessibilityTimeout timeout) const = 0;
-    virtual AccessibilityError write(std::string_view attribute, bool value, AccessibilityTimeout timeout) const = 0;
-    virtual AccessibilityError perform(std::string_view action, AccessibilityTimeout timeout) const = 0;
+    virtual AccessibilityError write(std::string_view attribute, bool value, AccessibilityTimeout timeout) = 0;
+    virtual AccessibilityError perform(std::string_view action, AccessibilityTimeout timeout) = 0;
     virtual AccessibilityProcess process(AccessibilityTimeout timeout) const = 0;
 
     // Asks nobody, so that it holds for elements that are gone.

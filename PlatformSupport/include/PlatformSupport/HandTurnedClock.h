@@ -32,6 +32,9 @@ public:
     // Goes on in steps from deadline to deadline and wakes the sleepers in this order.
     void advance(Duration duration);
 
+    // Time goes by while the program is held up: sleepers are woken, but nothing runs before the loop's next turn.
+    void passBlocked(Duration duration);
+
     size_t sleepers() const;
 
     Instant now() const override;
