@@ -42,9 +42,9 @@ void LifetimeCounters::read()
     }
 }
 
-void LifetimeCounters::note(const TranscriptEntry& entry)
+void LifetimeCounters::note(const LifetimeStatistics::Item& item)
 {
-    noted_.push_back({ entry.id, LifetimeStatistics::contribution(entry) });
+    noted_.push_back(item);
 }
 
 void LifetimeCounters::persist(PlatformSupport::Durability durability)

@@ -21,8 +21,8 @@ public:
     // Takes up what the file holds. If that cannot be read, nothing is ever written over it.
     void read();
 
-    // Notes what the entry adds, to be counted when the counters are next persisted.
-    void note(const TranscriptEntry& entry);
+    // Notes what a transcript adds, to be counted when the counters are next persisted.
+    void note(const LifetimeStatistics::Item& item);
 
     // Counts what was noted, in the file and in memory.
     //

@@ -3,12 +3,19 @@
 #pragma once
 
 #include <PlatformSupport/UUID.h>
+#include <Sorvane/LifetimeStatistics.h>
 #include <Sorvane/TranscriptEntry.h>
 
 #include <filesystem>
 #include <vector>
 
 namespace Sorvane {
+
+// A transcript as it was read, and what it adds to the counters.
+struct StoredTranscript {
+    TranscriptEntry entry;
+    LifetimeStatistics::Contribution contribution;
+};
 
 // The private folder of the transcripts, one file for each.
 class TranscriptFolder {
@@ -22,14 +29,22 @@ public:
     // Throws std::filesystem::filesystem_error.
     std::vector<std::filesystem::path> list() const;
 
-    // Throws std::filesystem::filesystem_error or StoredFormatError.
-    static TranscriptEntry read(const std::filesystem::path& file);
+    struct Contents {
+        std::vector<StoredTranscript> transcripts; // in the order of the files
+        bool isComplete = true; // whether every file could be read
+    };
+
+    // Several threads share the work.
+    static Contents readAll(const std::vector<std::filesystem::path>& files);
 
     // Throws std::filesystem::filesystem_error.
     void write(const TranscriptEntry& entry) const;
 
     // Whether the transcript's file was there and could be removed.
     bool remove(const PlatformSupport::UUID& id) const;
+
+    // Makes removals last through a power failure, as far as that can be had.
+    void synchronise() const;
 
 private:
     std::filesystem::path fileOf(const PlatformSupport::UUID& id) const;

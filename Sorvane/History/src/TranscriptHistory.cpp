@@ -95,7 +95,9 @@ void TranscriptHistory::open()
     } catch (const std::exception& error) {
         trouble = "History could not be opened: " + description(error);
     }
-    countAll();
+    // Counters that were lost, or fell behind, are made up for by the transcripts that are there.
+    counters_->read();
+    persistLifetimeStatisticsOrTell();
     // A folder that cannot be opened takes no counters either; the cause is what the user should read.
     if (trouble)
         errorMessage_ = trouble;
@@ -104,27 +106,19 @@ void TranscriptHistory::open()
 void TranscriptHistory::readFolder()
 {
     folder_->create();
-    for (const auto& file : folder_->list()) {
-        try {
-            entries_.push_back(TranscriptFolder::read(file));
-        } catch (const std::exception&) {
-            errorMessage_ = unreadableTranscripts;
-        }
-    }
-    std::ranges::stable_sort(entries_, std::ranges::greater(), &TranscriptEntry::createdAt);
+    auto [transcripts, isComplete] = TranscriptFolder::readAll(folder_->list());
+    if (!isComplete)
+        errorMessage_ = unreadableTranscripts;
+    std::ranges::stable_sort(
+        transcripts, std::ranges::greater(), [](const auto& transcript) { return transcript.entry.createdAt; });
+    for (const auto& [entry, contribution] : transcripts | std::views::reverse)
+        counters_->note({ entry.id, contribution });
+    for (auto& transcript : transcripts)
+        entries_.push_back(std::move(transcript.entry));
 
     const fs::path appOrder = directory_ / ".app-order.plist";
     if (exists(symlink_status(appOrder)))
         appOrder_ = decodedAppOrder(PlatformSupport::readFile(appOrder, maximumAppOrderSize));
-}
-
-// Counters that were lost, or fell behind, are made up for by the transcripts that are there.
-void TranscriptHistory::countAll()
-{
-    counters_->read();
-    for (const auto& entry : entries_ | std::views::reverse)
-        counters_->note(entry);
-    persistLifetimeStatisticsOrTell();
 }
 
 void TranscriptHistory::persistLifetimeStatistics(Durability durability)
@@ -152,7 +146,7 @@ TranscriptEntry TranscriptHistory::save(NewTranscript transcript)
     entries_.insert(
         std::ranges::upper_bound(entries_, entry.createdAt, std::ranges::greater(), &TranscriptEntry::createdAt),
         entry);
-    counters_->note(entry);
+    counters_->note({ entry.id, LifetimeStatistics::contribution(entry) });
     persistLifetimeStatisticsOrTell();
     observers_.notify();
     return entry;
@@ -168,7 +162,7 @@ void TranscriptHistory::applyCleanup(std::string text, const UUID& id)
         cleaned.rawText = std::move(cleaned.text);
     cleaned.text = PlatformSupport::repairedUTF8(text);
     folder_->write(cleaned);
-    counters_->note(cleaned);
+    counters_->note({ cleaned.id, LifetimeStatistics::contribution(cleaned) });
     *found = std::move(cleaned);
     persistLifetimeStatisticsOrTell();
     observers_.notify();
@@ -192,6 +186,7 @@ void TranscriptHistory::deleteEntries(const std::vector<TranscriptEntry>& entrie
         else
             ++failed;
     }
+    folder_->synchronise();
     std::erase_if(entries_, [&](const auto& entry) { return removed.contains(entry.id); });
     observers_.notify();
     if (failed > 0)

@@ -5,10 +5,9 @@
 #include "WordSum.h"
 
 #include <PlatformSupport/Precondition.h>
+#include <Regex/Letters.h>
+#include <Regex/Words.h>
 #include <Sorvane/TranscriptStatistics.h>
-
-#include <unicode/brkiter.h>
-#include <unicode/uchar.h>
 
 #include <algorithm>
 #include <cmath>
@@ -51,20 +50,8 @@ std::optional<Period> period(std::string_view rawValue)
 
 int64_t wordCount(std::string_view text)
 {
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::BreakIterator> words(
-        icu::BreakIterator::createWordInstance(icu::Locale::getRoot(), status));
-    PlatformSupport::precondition(U_SUCCESS(status), "ICU has no word rules");
-    const auto utf16 = icu::UnicodeString::fromUTF8(text);
-    words->setText(utf16);
-    int64_t count = 0;
-    for (int32_t start = 0, end = words->next(); end != icu::BreakIterator::DONE; start = end, end = words->next()) {
-        bool isWord = false;
-        for (int32_t place = start; place < end; place = utf16.moveIndex32(place, 1))
-            isWord = isWord || u_isalnum(utf16.char32At(place));
-        count += isWord && words->getRuleStatus() != UBRK_WORD_NONE ? 1 : 0;
-    }
-    return count;
+    return std::ranges::count_if(
+        Regex::words(text), [](const auto& word) { return Regex::containsLetterOrNumber(word.text); });
 }
 
 Summary summary(

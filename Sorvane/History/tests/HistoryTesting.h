@@ -6,12 +6,13 @@
 #include <Sorvane/TranscriptHistory.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -19,12 +20,12 @@
 
 namespace Sorvane {
 
-// A folder that is gone after the test, and with a history's own folder in it.
+// A folder that is gone after the test.
 class TemporaryFolder {
 public:
-    TemporaryFolder()
+    explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "history-XXXXXX").string();
+        std::string pattern = (parent / "history-XXXXXX").string();
         if (!::mkdtemp(pattern.data()))
             throw std::runtime_error("no temporary folder");
         path_ = pattern;

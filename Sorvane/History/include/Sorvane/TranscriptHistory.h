@@ -91,7 +91,6 @@ public:
 private:
     void open();
     void readFolder();
-    void countAll();
     void persistLifetimeStatistics(PlatformSupport::Durability durability);
     void persistLifetimeStatisticsOrTell();
 
