@@ -4,9 +4,9 @@
 
 namespace Sorvane {
 
-int tokenBudget(int transcriptTokens)
+size_t tokenBudget(size_t transcriptTokens)
 {
-    constexpr int margin = 32;
+    constexpr size_t margin = 32;
     return (transcriptTokens * 13 + 9) / 10 + margin;
 }
 
@@ -15,7 +15,7 @@ std::vector<std::string> tokeniserArguments(const std::filesystem::path& model)
     return { "--model", model, "--ids", "--no-bos", "--no-parse-special", "--no-escape", "--offline" };
 }
 
-std::vector<std::string> generatorArguments(const std::filesystem::path& model, int tokenBudget)
+std::vector<std::string> generatorArguments(const std::filesystem::path& model, size_t tokenBudget)
 {
     return {
         "--model",

@@ -35,7 +35,7 @@ public:
 
     TranscriptCleanup(Generate generate, const LexicalTagger& tagger);
 
-    // Never throws. A cancelled task gets the transcript as it was, without a message.
+    // Never throws; this object outlives the wait. A cancelled task gets the transcript as it was, without a message.
     PlatformSupport::Awaitable<CleanupResult> clean(std::string text, Enabled enabled, Context context) const;
 
     // The tidied text in what the model wrote for a transcript: all before its stop marker, which must be there.
