@@ -15,7 +15,7 @@ set(SORVANE_EDGES_DesktopFakes    DesktopServices PlatformSupport)
 set(SORVANE_EDGES_SorvaneText     Regex PlatformSupport)
 set(SORVANE_EDGES_SorvaneCleanup  SorvaneText Regex PlatformSupport)
 set(SORVANE_EDGES_SorvaneCapture  AudioIO DesktopServices PlatformSupport)
-set(SORVANE_EDGES_SorvaneInsertion SorvaneText DesktopServices PlatformSupport)
+set(SORVANE_EDGES_SorvaneInsertion SorvaneText Regex DesktopServices PlatformSupport)
 set(SORVANE_EDGES_SorvaneHistory  SorvaneText Regex PlatformSupport)
 set(SORVANE_EDGES_SorvaneSession  SorvaneCapture SorvaneCleanup SorvaneHistory SorvaneInsertion SorvaneText Ostrel
                                   DesktopServices Regex PlatformSupport)
