@@ -5,16 +5,18 @@
 #include <PlatformSupport/Precondition.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace Ostrel {
 
 using PlatformSupport::Float16;
 using PlatformSupport::precondition;
+using PlatformSupport::toFloat16;
 
 namespace {
 
-// The rows of one window under the index of the padded sample.
+// The rows of one window, written sample by sample in the order of the padded window.
 class PaddedRows {
 public:
     PaddedRows(const Configuration& configuration, std::span<Float16> rows)
@@ -25,17 +27,39 @@ public:
         std::ranges::fill(rows_, Float16 {});
     }
 
-    void put(int64_t index, float sample)
+    void moveTo(int64_t index)
     {
-        const auto i = static_cast<size_t>(index);
-        if (sample != 0)
-            rows_[i % hopLength_ * rowCount_ + i / hopLength_] = PlatformSupport::toFloat16(sample);
+        row_ = static_cast<size_t>(index) / hopLength_;
+        position_ = static_cast<size_t>(index) % hopLength_;
+    }
+
+    void put(std::span<const float> samples)
+    {
+        std::array<Float16, 256> halves {};
+        while (!samples.empty()) {
+            const auto piece = samples.first(std::min(samples.size(), halves.size()));
+            toFloat16(piece, std::span(halves).first(piece.size()));
+            for (size_t i = 0; i < piece.size(); ++i)
+                putNext(piece[i] == 0 ? Float16 {} : halves[i]); // no negative zeros
+            samples = samples.subspan(piece.size());
+        }
     }
 
 private:
+    void putNext(Float16 sample)
+    {
+        rows_[position_ * rowCount_ + row_] = sample;
+        if (++position_ == hopLength_) {
+            position_ = 0;
+            ++row_;
+        }
+    }
+
     size_t hopLength_;
     size_t rowCount_;
     std::span<Float16> rows_;
+    size_t row_ = 0; // of the next sample
+    size_t position_ = 0; // of the next sample in its hop
 };
 
 } // namespace
@@ -49,14 +73,16 @@ void frame(std::span<const float> window, const Configuration& configuration, st
     precondition(count <= configuration.nSamples, "a window is longer than the model's");
 
     PaddedRows padded(configuration, rows);
-    for (int64_t q = 0; q < std::min(count, length - padding); ++q)
-        padded.put(padding + q, window[static_cast<size_t>(q)]);
+    padded.moveTo(padding);
+    padded.put(window.first(static_cast<size_t>(std::min(count, length - padding))));
 
     if (count < configuration.nSamples || window.back() == 0)
         return;
+    padded.moveTo(padding + configuration.nSamples);
     for (int64_t q = configuration.nSamples; q < length - padding; ++q) {
         const auto distance = static_cast<float>(q - configuration.nSamples + 1);
-        padded.put(padding + q, window.back() * std::pow(configuration.preemph, distance));
+        const float sample = window.back() * std::pow(configuration.preemph, distance);
+        padded.put({ &sample, 1 });
     }
 }
 
