@@ -5,10 +5,6 @@
 #include "Kernels/Transpose.h"
 #include "Kernels/Workers.h"
 
-#include <MLProgram/MLModelError.h>
-
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <vector>
 
@@ -18,18 +14,8 @@ namespace {
 
 using PlatformSupport::Float16;
 
-// Large weights are worth large pages: fewer faults while packing, fewer address translations while multiplying.
-constexpr size_t largePage = size_t { 2 } << 20;
-
-std::byte* mapPages(size_t size)
-{
-    void* pages = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (pages == MAP_FAILED)
-        throw MLModelError(MLModelError::Case::outOfMemory, "There is not enough memory for the model's weights.");
-    if (size >= largePage)
-        madvise(pages, size, MADV_HUGEPAGE);
-    return static_cast<std::byte*>(pages);
-}
+// Smaller weights are packed sooner than a second thread comes.
+constexpr size_t bytesWorthThreads = size_t { 2 } << 20;
 
 int64_t depthOf(const WeightLayout& layout)
 {
@@ -68,11 +54,6 @@ void packRun(const Value* from, WeightLayout::Dimension run, WeightLayout::Dimen
 
 } // namespace
 
-void PackedMatrix::Unmap::operator()(std::byte* pages) const noexcept
-{
-    munmap(pages, size);
-}
-
 PackedMatrix::PackedMatrix(const Float16* weights, const WeightLayout& layout, int64_t panelWidth)
     : depth_(depthOf(layout))
     , columns_(layout.columns.count)
@@ -92,13 +73,13 @@ PackedMatrix::PackedMatrix(const float* weights, const WeightLayout& layout, int
 
 template <typename Value> void PackedMatrix::pack(const Value* weights, const WeightLayout& layout)
 {
-    const size_t size = std::max<size_t>(1, static_cast<size_t>(panelCount() * panelWidth_ * depth_) * sizeof(Value));
-    panels_ = { mapPages(size), Unmap { size } };
-    auto* panels = reinterpret_cast<Value*>(panels_.get());
+    const size_t size = static_cast<size_t>(panelCount() * panelWidth_ * depth_) * sizeof(Value);
+    panels_ = Pages(size);
+    auto* panels = reinterpret_cast<Value*>(panels_.data());
     const WeightLayout::Dimension run = layout.depth.empty() ? WeightLayout::Dimension {} : layout.depth.back();
     const std::vector<int64_t> runs = runOffsets(layout);
 
-    forEachTask(panelCount(), size > largePage, [&](int64_t panel, int) {
+    forEachTask(panelCount(), size > bytesWorthThreads, [&](int64_t panel, int) {
         const int64_t first = panel * panelWidth_;
         const WeightLayout::Dimension columns { std::min(panelWidth_, columns_ - first), layout.columns.stride };
         Value* to = panels + offset(panel, 0);
@@ -116,12 +97,12 @@ size_t PackedMatrix::offset(int64_t panel, int64_t firstRow) const noexcept
 
 const Float16* PackedMatrix::halfPanel(int64_t panel, int64_t firstRow) const noexcept
 {
-    return isHalf_ ? reinterpret_cast<const Float16*>(panels_.get()) + offset(panel, firstRow) : nullptr;
+    return isHalf_ ? reinterpret_cast<const Float16*>(panels_.data()) + offset(panel, firstRow) : nullptr;
 }
 
 const float* PackedMatrix::singlePanel(int64_t panel, int64_t firstRow) const noexcept
 {
-    return isHalf_ ? nullptr : reinterpret_cast<const float*>(panels_.get()) + offset(panel, firstRow);
+    return isHalf_ ? nullptr : reinterpret_cast<const float*>(panels_.data()) + offset(panel, firstRow);
 }
 
 } // namespace MLProgram

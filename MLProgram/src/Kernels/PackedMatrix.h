@@ -2,13 +2,14 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include "Kernels/Pages.h"
+
 #include <PlatformSupport/Float16.h>
 
 #include <boost/container/static_vector.hpp>
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
 namespace MLProgram {
 
@@ -47,16 +48,11 @@ private:
     template <typename Value> void pack(const Value* weights, const WeightLayout& layout);
     size_t offset(int64_t panel, int64_t firstRow) const noexcept;
 
-    struct Unmap {
-        size_t size;
-        void operator()(std::byte* pages) const noexcept;
-    };
-
     int64_t depth_ = 0;
     int64_t columns_ = 0;
     int64_t panelWidth_ = 0;
     bool isHalf_ = false;
-    std::unique_ptr<std::byte, Unmap> panels_ { nullptr, Unmap { 0 } };
+    Pages panels_;
 };
 
 } // namespace MLProgram

@@ -46,6 +46,7 @@ Workers& Workers::shared()
 }
 
 Workers::Workers(int threads)
+    : shares_(static_cast<size_t>(threads))
 {
     for (int worker = 1; worker < threads; ++worker)
         threads_.emplace_back([this, worker] { wait(worker); });
@@ -69,9 +70,12 @@ void Workers::runJob(int64_t tasks, const Job& job)
         return;
     }
     job_ = job;
-    tasks_ = tasks;
+    for (int64_t i = 0; i < count(); ++i) {
+        Share& share = shares_[static_cast<size_t>(i)];
+        share.next = tasks * i / count();
+        share.end = tasks * (i + 1) / count();
+    }
     tasksAtATime_ = std::max<int64_t>(1, tasks / (chunksPerThread * count()));
-    next_ = 0;
     isOpen_ = true;
     ++round_;
     round_.notify_all();
@@ -87,9 +91,15 @@ void Workers::runJob(int64_t tasks, const Job& job)
 
 void Workers::work(int worker)
 {
+    for (int i = 0; i < count(); ++i)
+        workOn(shares_[static_cast<size_t>((worker + i) % count())], worker);
+}
+
+void Workers::workOn(Share& share, int worker)
+{
     for (;;) {
-        const int64_t first = next_.fetch_add(tasksAtATime_);
-        const int64_t last = std::min(first + tasksAtATime_, tasks_);
+        const int64_t first = share.next.fetch_add(tasksAtATime_);
+        const int64_t last = std::min(first + tasksAtATime_, share.end);
         if (first >= last)
             return;
         for (int64_t i = first; i < last; ++i)

@@ -13,7 +13,9 @@ namespace MLProgram {
 // The threads that share the work of one kernel. There is one pool in the process.
 //
 // Whoever has work takes part in it: a thread that the system does not let run holds nobody up, since the others
-// take its share. A caller that finds the pool busy with another model's work does its own alone.
+// take its share. Each begins with indices of its own, the same ones for every job of a size: what one job has left in
+// a processor's cache is there for the next. A caller that finds the pool busy with another model's work does its own
+// alone.
 class Workers {
 public:
     // As many as the environment variable MLPROGRAM_THREADS says; otherwise as many as there are processors.
@@ -44,15 +46,21 @@ private:
         const void* context = nullptr;
     };
 
+    // The indices that one thread begins with; others help it when they have done theirs.
+    struct alignas(64) Share {
+        std::atomic<int64_t> next { 0 };
+        int64_t end = 0;
+    };
+
     void runJob(int64_t tasks, const Job& job);
     void work(int worker);
+    void workOn(Share& share, int worker);
     void wait(int worker);
 
     // What is being worked on; written while no thread is inside.
     Job job_;
-    int64_t tasks_ = 0;
+    std::vector<Share> shares_; // by worker
     int64_t tasksAtATime_ = 1;
-    std::atomic<int64_t> next_ { 0 };
 
     std::atomic<bool> isOpen_ { false }; // threads may enter the work
     std::atomic<int> inside_ { 0 }; // threads that have entered, the caller left out

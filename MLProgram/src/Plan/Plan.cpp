@@ -19,13 +19,13 @@ Plan::Plan(const Graph& graph, const KernelSet& kernels, WeightStore& weights)
 
     const ArenaLayout layout = layOut(schedule);
     arenaSize_ = layout.size;
-    arena_ = Tensor({ ElementType::boolean, { static_cast<int64_t>(layout.size) } });
+    arena_ = Pages(layout.size);
     std::vector<std::byte*> bases;
     for (size_t i = 0; i < schedule.buffers.size(); ++i) {
         const Buffer& buffer = schedule.buffers[i];
         const bool isConstant = buffer.kind == Buffer::Kind::constant;
-        bases.push_back(isConstant ? static_cast<std::byte*>(buffer.value.view().data)
-                                   : static_cast<std::byte*>(arena_.view().data) + layout.offsets[i]);
+        bases.push_back(
+            isConstant ? static_cast<std::byte*>(buffer.value.view().data) : arena_.data() + layout.offsets[i]);
         if (isConstant)
             constants_.push_back(buffer.value);
     }

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include "Kernels/Pages.h"
 #include "Plan/Lowering.h"
 #include "Program/Executable.h"
 
@@ -35,7 +36,7 @@ public:
 
 private:
     size_t arenaSize_ = 0;
-    Tensor arena_;
+    Pages arena_;
     std::vector<Tensor> constants_;
     std::vector<BoundStep> steps_;
     std::vector<TensorView> inputs_;
