@@ -19,7 +19,7 @@ set(SORVANE_EDGES_SorvaneInsertion SorvaneText Regex DesktopServices PlatformSup
 set(SORVANE_EDGES_SorvaneHistory  SorvaneText Regex PlatformSupport)
 set(SORVANE_EDGES_SorvaneSession  SorvaneCapture SorvaneCleanup SorvaneHistory SorvaneInsertion SorvaneText Ostrel
                                   DesktopServices Regex PlatformSupport)
-set(SORVANE_EDGES_SorvaneApp      Ostrel ModelCatalog ModelStore MLProgram AudioIO PlatformSupport)
+set(SORVANE_EDGES_SorvaneApp      SorvaneCleanup SorvaneText Ostrel ModelCatalog ModelStore MLProgram AudioIO PlatformSupport)
 
 # Which module owns which third-party library; nobody else may include it.
 set(SORVANE_LIBRARIES_PlatformSupport Boost Json)

@@ -25,6 +25,10 @@ Command parseCommandLine(std::span<const std::string> arguments)
     if (arguments.size() < 2)
         return UsageError { "nothing to do" };
     const std::string& flag = arguments[1];
+    if (arguments.size() == 3 && flag == "--evaluate-cleanup")
+        return EvaluateCleanupCommand { arguments[2] };
+    if (arguments.size() == 2 && flag == "--check-cleanup")
+        return CheckCleanupCommand {};
     if (flag == "--transcribe")
         return parseTranscribe(arguments.subspan(2));
     if (arguments.size() == 2 && flag == "--help")
@@ -37,6 +41,7 @@ Command parseCommandLine(std::span<const std::string> arguments)
 std::string helpText()
 {
     return "Usage: sorvane --transcribe FILE [--format text|json|srt|vtt]\n"
+           "       sorvane --evaluate-cleanup FILE | --check-cleanup\n"
            "       sorvane --help | --version\n"
            "\n"
            "Transcribes an audio file on this computer. Nothing is sent anywhere.\n"
@@ -46,6 +51,10 @@ std::string helpText()
            "                      json  text, words with their times in seconds, lengths\n"
            "                      srt   SubRip subtitles\n"
            "                      vtt   WebVTT subtitles\n"
+           "  --evaluate-cleanup FILE\n"
+           "                      tidy the texts of a JSON file, [{\"input\": ..., \"mode\": \"clean\"}, ...],\n"
+           "                      with the local language model, and print a line of JSON for each\n"
+           "  --check-cleanup     try the local language model on a fixed text\n"
            "\n"
            "Environment:\n"
            "  OSTREL_MODEL_DIRECTORY   directory of a speech model that you placed yourself\n"

@@ -17,6 +17,18 @@ struct TranscribeCommand {
     bool operator==(const TranscribeCommand&) const = default;
 };
 
+// Tidies the texts of a JSON file.
+struct EvaluateCleanupCommand {
+    std::string path;
+
+    bool operator==(const EvaluateCleanupCommand&) const = default;
+};
+
+// Tidies a fixed text.
+struct CheckCleanupCommand {
+    bool operator==(const CheckCleanupCommand&) const = default;
+};
+
 struct HelpCommand {
     bool operator==(const HelpCommand&) const = default;
 };
@@ -32,7 +44,8 @@ struct UsageError {
     bool operator==(const UsageError&) const = default;
 };
 
-using Command = std::variant<TranscribeCommand, HelpCommand, VersionCommand, UsageError>;
+using Command = std::variant<TranscribeCommand, EvaluateCleanupCommand, CheckCleanupCommand, HelpCommand,
+    VersionCommand, UsageError>;
 
 // What kind of process the arguments ask for. A check's flag counts only when it stands second and the whole
 // list has the check's form; `arguments` begins with the program's name.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "CleanupCheck.h"
 #include "CommandLine.h"
 #include "TranscriptionCheck.h"
 
@@ -11,6 +12,9 @@ namespace {
 
 struct Performer {
     int operator()(const Sorvane::TranscribeCommand& command) const { return Sorvane::transcribeFile(command); }
+
+    int operator()(const Sorvane::EvaluateCleanupCommand& command) const { return Sorvane::evaluateCleanup(command); }
+    int operator()(const Sorvane::CheckCleanupCommand&) const { return Sorvane::checkCleanup(); }
 
     int operator()(const Sorvane::HelpCommand&) const
     {

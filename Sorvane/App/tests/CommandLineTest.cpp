@@ -32,6 +32,16 @@ TEST(CommandLine, TakesAFormatAfterTheFile)
         Command(TranscribeCommand { "a.wav", TranscriptFormat::json }));
 }
 
+TEST(CommandLine, ChecksTheCleanupOnlyInTheExactForm)
+{
+    EXPECT_EQ(parse({ "--evaluate-cleanup", "a.json" }), Command(EvaluateCleanupCommand { "a.json" }));
+    EXPECT_EQ(parse({ "--check-cleanup" }), Command(CheckCleanupCommand {}));
+    const std::vector<std::vector<std::string>> wrong { { "--evaluate-cleanup" }, { "--evaluate-cleanup", "a", "b" },
+        { "--check-cleanup", "a" } };
+    for (const auto& arguments : wrong)
+        EXPECT_TRUE(std::holds_alternative<UsageError>(parse(arguments)));
+}
+
 TEST(CommandLine, ComplainsAboutWhatItDoesNotKnow)
 {
     const std::vector<std::vector<std::string>> wrong { {}, { "--transcribe" }, { "--transcribe", "a", "b" },

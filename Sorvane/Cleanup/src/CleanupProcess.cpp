@@ -41,6 +41,13 @@ std::vector<std::string> argumentsOf(const CleanupProcess::Invocation& invocatio
     return arguments;
 }
 
+Awaitable<void> cancelAfter(
+    PlatformSupport::Clock& clock, PlatformSupport::Clock::Duration limit, std::shared_ptr<ProcessCancellation> run)
+{
+    co_await clock.sleep(limit);
+    run->cancel();
+}
+
 // Leaves no process behind, whatever is thrown while it runs.
 class EndOfProcess {
 public:
@@ -100,16 +107,15 @@ std::string CleanupProcess::runOnThisThread(
     cancellation->launch(process);
     const EndOfProcess end(*process);
 
-    const auto limit = PlatformSupport::startDetachedTask(
-        timers_.executor(), [&clock = clock_, cancellation, timeout = invocation.timeout]() -> Awaitable<void> {
-            co_await clock.sleep(timeout);
-            cancellation->cancel();
+    const auto timeLimit = PlatformSupport::startDetachedTask(
+        timers_.executor(), [&clock = clock_, cancellation, limit = invocation.timeout] {
+            return cancelAfter(clock, limit, cancellation);
         });
     const auto output = process->readOutput(longestOutput);
     if (!output)
         process->kill();
     const bool succeeded = process->waitForExit().isSuccess() && !cancellation->isCanceled();
-    limit.cancel();
+    timeLimit.cancel();
     if (!succeeded || !output || !PlatformSupport::isUTF8(*output))
         throw CleanupFailure(CleanupFailure::Case::processFailed);
     return *output;
