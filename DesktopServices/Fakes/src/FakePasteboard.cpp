@@ -56,7 +56,7 @@ void FakePasteboard::clearContents()
 
 bool FakePasteboard::setString(std::string_view text, std::string_view type)
 {
-    if (std::exchange(failsNextSetString_, false))
+    if (std::exchange(failsNextSetString_, false) || failsEverySetString_)
         return false;
     items_ = { PasteboardItem { { representation(type, text) } } };
     if (const auto action = std::exchange(onNextSetString_, nullptr))

@@ -28,6 +28,7 @@ public:
 
     // Bad behaviour, or good timing
     void failNextSetString() { failsNextSetString_ = true; }
+    void failEverySetString() { failsEverySetString_ = true; }
     void takeTimeToRead(PlatformSupport::Clock::Duration duration) { readingTime_ = duration; }
     void onNextRead(std::function<void()> action) { onNextRead_ = std::move(action); } // once it was read
     void onNextSetString(std::function<void()> action) { onNextSetString_ = std::move(action); }
@@ -43,6 +44,7 @@ private:
     std::int64_t changeCount_ = 1;
     std::vector<DesktopServices::PasteboardItem> items_;
     bool failsNextSetString_ = false;
+    bool failsEverySetString_ = false;
     PlatformSupport::Clock::Duration readingTime_ {};
     std::function<void()> onNextRead_;
     std::function<void()> onNextSetString_;

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "Stage.h"
+
+#include "Steps.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <numbers>
+#include <stdexcept>
+
+namespace Scenarios {
+
+using namespace std::chrono_literals;
+using PlatformSupport::Awaitable;
+
+namespace {
+
+std::filesystem::path temporaryFolder()
+{
+    std::string name = (std::filesystem::temp_directory_path() / "sorvane-scenario-XXXXXX").string();
+    if (!mkdtemp(name.data()))
+        throw std::runtime_error("no temporary folder");
+    return name;
+}
+
+} // namespace
+
+Stage::Stage(Models models)
+    : folder(temporaryFolder())
+    , preparationStep_(models == Models::ready ? 0s : 1s)
+{
+    furnish();
+    controller = std::make_unique<Sorvane::DictationController>(services());
+    direct();
+    if (models == Models::ready) {
+        controller->prepareModel();
+        loop.turn();
+    }
+}
+
+Stage::~Stage()
+{
+    controller.reset();
+    std::filesystem::remove_all(folder);
+}
+
+void Stage::furnish()
+{
+    const auto launch = [&](const std::string& name, const std::string& identifier) {
+        applications[name] = &desktop.launch({ .name = name, .bundleIdentifier = identifier });
+        return &applications[name]->openWindow(name);
+    };
+    fields["Shell"] = &launch("Terminal", "org.example.terminal")->addTextArea("Shell");
+    fields["Shell"]->focus();
+    fields["Search"] = &launch("Browser", "com.google.Chrome")->addTextField("Search");
+    fields["Search"]->focus();
+    auto* const document = launch("Editor", "org.example.editor");
+    fields["Title"] = &document->addTextField("Title");
+    fields["Notes"] = &document->addTextArea("Notes");
+    desktop.clickInto(field("Notes"));
+    firstChangeCount = desktop.pasteboard.changeCount();
+}
+
+// What the windows of the application would do.
+void Stage::direct()
+{
+    controller->showWindow = [this] { ++windowsShown; };
+    controller->dismissOnboarding = [this] { controller->onboardingVisible = false; };
+}
+
+Sorvane::DictationServices Stage::services()
+{
+    const auto wait = [this]() -> Awaitable<void> {
+        if (preparationStep_.count() > 0)
+            co_await clock.sleep(preparationStep_);
+    };
+    return {
+        .mainThread = loop.executor(),
+        .clock = clock,
+        .uuids = uuids,
+        .defaults = defaults,
+        .desktop = desktop.services(),
+        .microphone = microphone,
+        .historyDirectory = folder / "Transcripts",
+        .cleanup = Sorvane::TranscriptCleanup(
+            [this](std::string text, auto context) { return cleanup.generate(std::move(text), context); }, tagger),
+        .loadSpeech = [this, wait](const auto&) -> Awaitable<std::shared_ptr<Sorvane::SpeechEngine>> {
+            ++speechLoads;
+            co_await wait();
+            co_return engine;
+        },
+        .prepareCleanup = [this, wait](const auto&) -> Awaitable<void> {
+            co_await wait();
+            if (cleanupPreparationFailure)
+                throw std::runtime_error(*cleanupPreparationFailure);
+        },
+    };
+}
+
+void Stage::play(const Step& step)
+{
+    const auto found = allSteps().find(step.words);
+    if (found == allSteps().end())
+        throw std::runtime_error("line " + std::to_string(step.line) + ": nobody knows how to play " + step.words);
+    const ::testing::ScopedTrace trace("", static_cast<int>(step.line), step.words);
+    found->second(*this, step);
+    loop.turn();
+}
+
+void Stage::pass(std::chrono::nanoseconds time)
+{
+    loop.turn();
+    clock.advance(time);
+    loop.turn();
+}
+
+void Stage::speak(const std::string& words, double seconds)
+{
+    engine->words = words;
+    speakSamples(static_cast<size_t>(std::lround(seconds * Sorvane::AudioRecorder::sampleRate)));
+}
+
+// A tone, for those who look at the level.
+void Stage::speakSamples(size_t count)
+{
+    constexpr double step = 2 * std::numbers::pi * 440 / Sorvane::AudioRecorder::sampleRate;
+    std::vector<float> samples(count);
+    for (size_t i = 0; i < count; ++i)
+        samples[i] = 0.5F * static_cast<float>(std::sin(step * static_cast<double>(i)));
+    microphone.play(samples);
+}
+
+void Stage::addPage(const std::string& url, const std::string& name)
+{
+    auto& page = application(name).focusedWindow()->addWebArea(url);
+    fields["Message Body"] = &page.addTextArea("Message Body");
+    fields["Subject"] = &page.addTextField("Subject");
+}
+
+} // namespace Scenarios
