@@ -66,7 +66,7 @@ TEST(Transcribe, RecognisesTheSamples)
         errors += wrong;
     }
     ASSERT_GT(words, 0u);
-    EXPECT_LE(static_cast<double>(errors) / static_cast<double>(words), 0.2);
+    EXPECT_LE(static_cast<double>(errors) / static_cast<double>(words), 0.1);
 }
 
 TEST(Transcribe, PrintsTheTextAndTheLengths)

@@ -17,7 +17,7 @@ from .stages import write_decoder, write_encoder, write_mel
 
 # Taken from the score of a duration for each frame of it: a jump too long loses a word, one too short
 # only costs a step.
-CAUTION = 0.5
+CAUTION = 2.0
 
 
 def encoder_parameters(weights: dict[str, np.ndarray], geometry: Geometry) -> dict[str, np.ndarray]:

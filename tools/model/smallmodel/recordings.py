@@ -65,6 +65,7 @@ class Recording:
 
 RECORDINGS = (
     Recording("shopping-list.wav", SEEN, "espeak", "en-us+f3", "WAV, 16 bit", "16 kHz"),
+    Recording("todo-list.wav", SEEN, "espeak", "en-us+f3", "WAV, 16 bit", "16 kHz"),
     Recording("meeting-note.wav", SEEN, "flite", "rms", "WAV, 16 bit, stereo", "44.1 kHz", CD_STEREO),
     Recording("code-request.flac", SEEN, "espeak", "en-gb-x-rp+max", "FLAC", "16 kHz"),
     Recording("weekend-message.mp3", SEEN, "flite", "slt", "MP3", "22.05 kHz", ("-ar", "22050", "-b:a", "64k")),

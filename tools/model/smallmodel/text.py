@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The Sorvane developers
 """Writes the sentences to be spoken: dictation from a grammar, free text and strings of words.
 
-    python3 -m smallmodel.text FOLDER      writes training.txt and held-out.txt, "kind<TAB>text" lines
+    python3 -m smallmodel.text FOLDER      writes training.txt, prose.txt and held-out.txt, "kind<TAB>text" lines
 
 All text is made of English words, the punctuation . , ? ! and nothing else; numbers are words.
 """
@@ -19,6 +19,7 @@ from random import Random
 from . import numbers
 
 GRAMMAR = Path(__file__).with_name("grammar.txt")
+PROSE = Path(__file__).with_name("prose.txt")  # written for this purpose, for a wide everyday vocabulary
 WORD_LIST = Path("/usr/share/dict/american-english")
 QUOTATIONS = Path("/usr/share/games/fortunes")
 EXAMPLES = Path("/usr/share/wordnet")
@@ -168,8 +169,9 @@ def write_texts(folder: Path, dictation: int, strings: int, seed: int) -> None:
     lines = [f"{kind}\t{text}\n" for text, kind in unique.items()]
     random.shuffle(lines)
     folder.mkdir(parents=True, exist_ok=True)
-    for name, held_out in (("training.txt", False), ("held-out.txt", True)):
-        chosen = [line for line in lines if is_held_out(line.split("\t")[1]) == held_out]
+    prose = [f"PROSE\t{text}\n" for text in PROSE.read_text(encoding="utf-8").splitlines()]
+    for name, source, held_out in (("training.txt", lines, False), ("prose.txt", prose, False), ("held-out.txt", lines, True)):
+        chosen = [line for line in source if is_held_out(line.rstrip().split("\t")[1]) == held_out]
         (folder / name).write_text("".join(chosen), encoding="utf-8")
 
 
