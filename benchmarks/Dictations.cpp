@@ -74,6 +74,8 @@ public:
         if (note_.text().empty())
             std::abort();
         note_.select(note_.text());
+        desktop_.accessibility.calls.clear();
+        desktop_.keyEvents.posted.clear();
     }
 
 private:

@@ -79,6 +79,8 @@ Steps givenMachinery()
 {
     return {
         { "GIVEN models not-prepared", [](Stage&, const Step&) {} }, // seen to before the story begins
+        { "GIVEN real-parts",
+            [](Stage& stage, const Step&) { stage.real = std::make_unique<RealParts>(stage.folder / "Cleanup"); } },
         { "GIVEN engine hears", [](Stage& stage, const Step& step) { stage.engine->words = step.text(0); } },
         { "GIVEN engine fails", [](Stage& stage, const Step& step) { stage.engine->failure = step.text(0); } },
         { "GIVEN engine takes s", [](Stage& stage, const Step& step) { stage.engine->takes = seconds(step); } },

@@ -4,6 +4,8 @@
 
 #include "Steps.h"
 
+#include <AudioIO/AudioFile.h>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -86,10 +88,15 @@ Sorvane::DictationServices Stage::services()
         .microphone = microphone,
         .historyDirectory = folder / "Transcripts",
         .cleanup = Sorvane::TranscriptCleanup(
-            [this](std::string text, auto context) { return cleanup.generate(std::move(text), context); }, tagger),
+            [this](std::string text, auto context) {
+                return real ? real->generate(std::move(text), context) : cleanup.generate(std::move(text), context);
+            },
+            tagger),
         .loadSpeech = [this, wait](const auto&) -> Awaitable<std::shared_ptr<Sorvane::SpeechEngine>> {
             ++speechLoads;
             co_await wait();
+            if (real)
+                co_return real->loadEngine();
             co_return engine;
         },
         .prepareCleanup = [this, wait](const auto&) -> Awaitable<void> {
@@ -117,6 +124,15 @@ void Stage::pass(std::chrono::nanoseconds time)
     loop.turn();
 }
 
+void Stage::waitUntilFinished()
+{
+    const auto isFinished = [this] { return controller->phase() != Sorvane::DictationPhase::transcribing; };
+    while (!isFinished()) {
+        loop.turnUntil([&] { return isFinished() || clock.sleepers() > 0; });
+        pass(50ms);
+    }
+}
+
 void Stage::speak(const std::string& words, double seconds)
 {
     engine->words = words;
@@ -130,6 +146,14 @@ void Stage::speakSamples(size_t count)
     std::vector<float> samples(count);
     for (size_t i = 0; i < count; ++i)
         samples[i] = 0.5F * static_cast<float>(std::sin(step * static_cast<double>(i)));
+    microphone.play(samples);
+}
+
+void Stage::speakRecording(const std::string& name)
+{
+    AudioIO::AudioFile file(std::filesystem::path(SAMPLES_DIRECTORY) / name);
+    std::vector<float> samples;
+    file.read(file.length(), samples);
     microphone.play(samples);
 }
 

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include "RealParts.h"
 #include "ScriptedCleanup.h"
 #include "ScriptedEngine.h"
 #include "Story.h"
@@ -41,11 +42,15 @@ public:
     void play(const Step& step);
 
     void pass(std::chrono::nanoseconds time);
+
+    // Lets time pass until the dictation is finished, where that takes as long as it takes.
+    void waitUntilFinished();
     void speak(const std::string& words, double seconds);
     void speakSamples(size_t count);
 
     DesktopFakes::FakeApplication& application(const std::string& name) { return *applications.at(name); }
     DesktopFakes::FakeElement& field(const std::string& name) { return *fields.at(name); }
+    void speakRecording(const std::string& name); // of samples/, 16 kHz mono
     void addPage(const std::string& url, const std::string& name);
 
     PlatformSupport::HandTurnedLoop loop;
@@ -56,6 +61,7 @@ public:
     PlatformSupport::RandomUUIDs uuids;
     std::shared_ptr<ScriptedEngine> engine = std::make_shared<ScriptedEngine>(clock);
     ScriptedCleanup cleanup { clock };
+    std::unique_ptr<RealParts> real; // once a story asks for them: in place of the two above
     Sorvane::LinkGrammarTagger tagger;
     std::filesystem::path folder; // of its own, removed at the end
     std::unique_ptr<Sorvane::DictationController> controller;

@@ -47,6 +47,8 @@ Steps userSteps()
             } },
         { "SPEAK samples",
             [](Stage& stage, const Step& step) { stage.speakSamples(static_cast<size_t>(step.number(0))); } },
+        { "SPEAK recording", [](Stage& stage, const Step& step) { stage.speakRecording(step.text(0)); } },
+        { "WAIT", [](Stage& stage, const Step&) { stage.waitUntilFinished(); } },
         { "COPY", [](Stage& stage, const Step& step) { stage.desktop.pasteboard.copy(step.text(0)); } },
         { "ACTIVATE",
             [](Stage& stage, const Step& step) { stage.desktop.bringToFront(stage.application(step.text(0))); } },
