@@ -16,8 +16,6 @@
 namespace Scenarios {
 
 using namespace std::chrono_literals;
-using PlatformSupport::Awaitable;
-
 namespace {
 
 std::filesystem::path temporaryFolder()
@@ -75,10 +73,7 @@ void Stage::direct()
 
 Sorvane::DictationServices Stage::services()
 {
-    const auto wait = [this]() -> Awaitable<void> {
-        if (preparationStep_.count() > 0)
-            co_await clock.sleep(preparationStep_);
-    };
+    using Context = Sorvane::TranscriptCleanup::Context;
     return {
         .mainThread = loop.executor(),
         .clock = clock,
@@ -88,22 +83,12 @@ Sorvane::DictationServices Stage::services()
         .microphone = microphone,
         .historyDirectory = folder / "Transcripts",
         .cleanup = Sorvane::TranscriptCleanup(
-            [this](std::string text, auto context) {
-                return real ? real->generate(std::move(text), context) : cleanup.generate(std::move(text), context);
+            [this](const std::string& text, Context context) {
+                return real ? real->generate(text, context) : cleanup.generate(text, context);
             },
             tagger),
-        .loadSpeech = [this, wait](const auto&) -> Awaitable<std::shared_ptr<Sorvane::SpeechEngine>> {
-            ++speechLoads;
-            co_await wait();
-            if (real)
-                co_return real->loadEngine();
-            co_return engine;
-        },
-        .prepareCleanup = [this, wait](const auto&) -> Awaitable<void> {
-            co_await wait();
-            if (cleanupPreparationFailure)
-                throw std::runtime_error(*cleanupPreparationFailure);
-        },
+        .loadSpeech = [this](const auto&) { return loadSpeech(); },
+        .prepareCleanup = [this](const auto&) { return prepareCleanup(); },
     };
 }
 

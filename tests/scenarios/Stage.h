@@ -79,6 +79,8 @@ private:
     void furnish();
     void direct();
     Sorvane::DictationServices services();
+    PlatformSupport::Awaitable<std::shared_ptr<Sorvane::SpeechEngine>> loadSpeech();
+    PlatformSupport::Awaitable<void> prepareCleanup();
 
     PlatformSupport::Clock::Duration preparationStep_;
 };

@@ -27,7 +27,7 @@ std::string quoted(const std::string& line, size_t& place)
 std::string bare(const std::string& line, size_t& place)
 {
     const size_t end = std::min(line.find(' ', place), line.size());
-    const std::string word = line.substr(place, end - place);
+    std::string word = line.substr(place, end - place);
     place = end;
     return word;
 }

@@ -43,8 +43,8 @@ void DictationController::capture()
     target_ = insertion_->captureForRecording();
     set(targetName_, target_->name);
     set(targetHarness_, target_->harness);
-    automaticOutputMode_ = AutomaticModeDetection::captureMode(
-        target_, services_.desktop.accessibility, services_.clock);
+    automaticOutputMode_
+        = AutomaticModeDetection::captureMode(target_, services_.desktop.accessibility, services_.clock);
     set(outputMode_, resolved(settings_.outputModeSelection, automaticOutputMode_));
 }
 
