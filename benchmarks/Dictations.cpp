@@ -96,11 +96,9 @@ private:
 int main(int count, char** values)
 {
     const int dictations = count > 1 ? std::atoi(values[1]) : 10'000;
-    std::string folder = (std::filesystem::temp_directory_path() / "sorvane-dictations-XXXXXX").string();
-    if (!mkdtemp(folder.data()))
-        return 1;
+    const TestSupport::TemporaryFolder folder;
     {
-        Road road(folder);
+        Road road(folder.path());
         road.dictate();
         const long before = residentKilobytes();
         const auto start = std::chrono::steady_clock::now();
@@ -110,5 +108,4 @@ int main(int count, char** values)
         std::printf("%.0f dictations a second, %.2f KB kept for each\n", dictations / time.count(),
             static_cast<double>(residentKilobytes() - before) / dictations);
     }
-    std::filesystem::remove_all(folder);
 }

@@ -39,12 +39,12 @@ function(sorvane_module name)
 endfunction()
 
 # sorvane_tests(Name tests/ATest.cpp ... [LIBRARIES ...]): one GoogleTest program for a module, which
-# may also reach the module's own src/.
+# may also reach the module's own src/ and what all tests share in tests/support.
 function(sorvane_tests module)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
     set(target ${module}Tests)
     add_executable(${target} ${arg_UNPARSED_ARGUMENTS})
-    target_include_directories(${target} PRIVATE src tests)
+    target_include_directories(${target} PRIVATE src tests ${CMAKE_SOURCE_DIR}/tests/support)
     list(TRANSFORM arg_LIBRARIES PREPEND ThirdParty::)
     target_link_libraries(${target} PRIVATE ${module} ${arg_LIBRARIES} GTest::gmock_main)
     gtest_discover_tests(${target} TEST_PREFIX ${module}. DISCOVERY_TIMEOUT 60

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include "TemporaryFolder.h"
+#include "Files.h"
 #include "Tone.h"
 
 #include <AudioIO/AudioFile.h>
@@ -190,9 +190,9 @@ TEST(AudioFile, ReadsManyChannels)
 {
     const TemporaryFolder folder;
     constexpr int channels = 24;
-    std::vector<float> samples;
-    for (int i = 0; i < 100 * channels; ++i)
-        samples.push_back(static_cast<float>(i % channels) / 32);
+    std::vector<float> samples(100UL * channels);
+    for (size_t i = 0; i < samples.size(); ++i)
+        samples[i] = static_cast<float>(i % channels) / 32;
     writeWAV(samples, 16'000, channels, folder.path() / "many.wav");
     AudioFile file(folder.path() / "many.wav");
     ASSERT_EQ(file.channels(), channels);

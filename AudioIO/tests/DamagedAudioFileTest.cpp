@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include "TemporaryFolder.h"
+#include "Files.h"
 #include "Tone.h"
 #include "WAVBytes.h"
 
@@ -72,7 +72,7 @@ TEST(UnreadableFile, IsRefusedWithItsReason)
     const TemporaryFolder folder;
     EXPECT_EQ(refusal(folder.path() / "missing.wav"), "No such file or directory");
     EXPECT_EQ(refusal(folder.path()), "Is a directory");
-    EXPECT_EQ(refusal(folder.write("empty.wav", {})), "The file is empty");
+    EXPECT_EQ(refusal(folder.write("empty.wav", Bytes())), "The file is empty");
     EXPECT_EQ(refusal(folder.write("file", bytes("x")) / "below.wav"), "Not a directory");
     EXPECT_EQ(refusal(""), "No such file or directory");
 }
@@ -211,7 +211,7 @@ class HalfSample : public DamagedSample { };
 
 TEST_P(HalfSample, GivesTheAudioBeforeTheCut)
 {
-    AudioFile complete(folder_.write("complete", whole_));
+    const AudioFile complete(folder_.write("complete", whole_));
     AudioFile half(folder_.write("half", std::span(whole_).first(whole_.size() * 6 / 10)));
     const int64_t frames = framesHeld(half);
     EXPECT_GT(frames, complete.length() / 4);

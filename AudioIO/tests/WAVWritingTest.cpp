@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include "TemporaryFolder.h"
+#include "Files.h"
 
 #include <AudioIO/AudioIO.h>
 #include <AudioIO/AudioIOError.h>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include "FileDescriptor.h"
-
+#include <PlatformSupport/FileDescriptor.h>
 #include <PlatformSupport/MappedFile.h>
 
 #include <fcntl.h>
@@ -36,7 +35,7 @@ MappedFile::MappedFile(const std::filesystem::path& path)
 {
     const FileDescriptor file(openForReading(path));
     struct stat status { };
-    if (::fstat(file.value(), &status) != 0)
+    if (::fstat(file.number(), &status) != 0)
         fail(path, errno);
     if (S_ISDIR(status.st_mode))
         fail(path, EISDIR);
@@ -46,7 +45,7 @@ MappedFile::MappedFile(const std::filesystem::path& path)
         return;
 
     const auto size = static_cast<size_t>(status.st_size);
-    void* const mapping = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file.value(), 0);
+    void* const mapping = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file.number(), 0);
     if (mapping == MAP_FAILED)
         fail(path, errno);
     bytes_ = { static_cast<const std::byte*>(mapping), size };

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include "FileDescriptor.h"
-
+#include <PlatformSupport/FileDescriptor.h>
 #include <PlatformSupport/WholeFile.h>
 
 #include <fcntl.h>
@@ -34,7 +33,7 @@ public:
         , unfinished_(path.parent_path() / ("." + path.filename().string() + ".XXXXXX" + std::string(unfinishedSuffix)))
         , file_(::mkostemps(unfinished_.data(), static_cast<int>(unfinishedSuffix.size()), O_CLOEXEC))
     {
-        if (file_.value() < 0)
+        if (!file_.isOpen())
             fail(errno);
     }
     ~Replacement()
@@ -48,7 +47,7 @@ public:
     void write(std::string_view bytes)
     {
         while (!bytes.empty()) {
-            const ssize_t written = ::write(file_.value(), bytes.data(), bytes.size());
+            const ssize_t written = ::write(file_.number(), bytes.data(), bytes.size());
             if (written >= 0)
                 bytes.remove_prefix(static_cast<size_t>(written));
             else if (errno != EINTR)
@@ -58,7 +57,7 @@ public:
 
     void finish()
     {
-        if (::fsync(file_.value()) != 0 || file_.close() != 0 || ::rename(unfinished_.c_str(), path_.c_str()) != 0)
+        if (::fsync(file_.number()) != 0 || file_.close() != 0 || ::rename(unfinished_.c_str(), path_.c_str()) != 0)
             fail(errno);
         isFinished_ = true;
     }
@@ -84,7 +83,7 @@ int openForReading(const std::filesystem::path& path)
 size_t sizeOfRegularFile(const FileDescriptor& file, const std::filesystem::path& path)
 {
     struct stat status { };
-    if (::fstat(file.value(), &status) != 0)
+    if (::fstat(file.number(), &status) != 0)
         fail("cannot read file", path, errno);
     if (!S_ISREG(status.st_mode))
         fail("cannot read file", path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
@@ -101,7 +100,7 @@ std::string readFile(const std::filesystem::path& path, size_t limit)
     std::string bytes(std::min(sizeOfRegularFile(file, path), limit) + 1, '\0');
     size_t size = 0;
     while (true) {
-        const ssize_t read = ::read(file.value(), bytes.data() + size, bytes.size() - size);
+        const ssize_t read = ::read(file.number(), bytes.data() + size, bytes.size() - size);
         if (read == 0)
             break;
         if (read < 0 && errno == EINTR)
@@ -141,10 +140,10 @@ bool isUnfinishedReplacement(std::string_view name)
 void synchroniseFolder(const std::filesystem::path& folder)
 {
     const FileDescriptor file(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (file.value() < 0)
+    if (!file.isOpen())
         fail("cannot write folder", folder, errno);
     // Some file systems cannot, and say that the argument is invalid.
-    if (::fsync(file.value()) != 0 && errno != EINVAL)
+    if (::fsync(file.number()) != 0 && errno != EINVAL)
         fail("cannot write folder", folder, errno);
 }
 

@@ -3,11 +3,7 @@
 #include <PlatformSupport/FileUserDefaults.h>
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <memory>
+#include <TemporaryFolder.h>
 
 namespace PlatformSupport {
 namespace {
@@ -16,28 +12,14 @@ namespace fs = std::filesystem;
 
 class FileUserDefaultsTest : public ::testing::Test {
 protected:
-    FileUserDefaultsTest()
-    {
-        std::string name = (fs::temp_directory_path() / "sorvane-defaults-XXXXXX").string();
-        folder = mkdtemp(name.data());
-        path = folder / "Sorvane/defaults.json";
-    }
-    ~FileUserDefaultsTest() override { fs::remove_all(folder); }
-
     void write(const std::string& text) const
     {
         fs::create_directories(path.parent_path());
-        std::ofstream(path) << text;
+        folder.write("Sorvane/defaults.json", text);
     }
 
-    static std::string read(const fs::path& file)
-    {
-        std::ifstream stream(file);
-        return { std::istreambuf_iterator<char>(stream), {} };
-    }
-
-    fs::path folder;
-    fs::path path;
+    TestSupport::TemporaryFolder folder;
+    const fs::path path = folder / "Sorvane/defaults.json";
 };
 
 TEST_F(FileUserDefaultsTest, AreEmptyAndWriteNothingBeforeTheFirstChange)
@@ -62,7 +44,7 @@ TEST_F(FileUserDefaultsTest, KeepWhatTheyDoNotKnow)
 {
     write(R"({"window": {"width": 960}, "count": 3})");
     FileUserDefaults(path).setBoolean("automaticallyCopy", true);
-    EXPECT_EQ(nlohmann::json::parse(read(path)),
+    EXPECT_EQ(nlohmann::json::parse(folder.contents("Sorvane/defaults.json")),
         nlohmann::json::parse(R"({"automaticallyCopy": true, "window": {"width": 960}, "count": 3})"));
 }
 
@@ -81,16 +63,16 @@ TEST_F(FileUserDefaultsTest, SetADamagedFileAsideBeforeTheyReplaceIt)
         write(damaged);
         FileUserDefaults defaults(path);
         EXPECT_FALSE(defaults.contains("a"));
-        EXPECT_EQ(read(path), damaged);
+        EXPECT_EQ(folder.contents("Sorvane/defaults.json"), damaged);
         defaults.setBoolean("a", true);
-        EXPECT_EQ(read(path.string() + ".damaged"), damaged);
+        EXPECT_EQ(folder.contents("Sorvane/defaults.json.damaged"), damaged);
         EXPECT_EQ(FileUserDefaults(path).boolean("a"), true);
     }
 }
 
 TEST_F(FileUserDefaultsTest, HoldAChangeThatCannotBeWritten)
 {
-    std::ofstream(folder / "Sorvane") << "a file where the folder should be";
+    folder.write("Sorvane", "a file where the folder should be");
     FileUserDefaults defaults(path);
     defaults.setBoolean("a", true);
     EXPECT_EQ(defaults.boolean("a"), true);

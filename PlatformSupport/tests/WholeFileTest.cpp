@@ -2,12 +2,12 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include <PlatformSupport/WholeFile.h>
 
+#include <FileSizeLimit.h>
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
+#include <TemporaryFolder.h>
 
 #include <array>
-#include <csignal>
 #include <fstream>
 #include <functional>
 #include <string>
@@ -22,27 +22,10 @@ namespace {
 
 class WholeFile : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        std::string pattern = (fs::temp_directory_path() / "whole-file-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-        folder_ = pattern;
-        file_ = folder_ / "file";
-    }
-    void TearDown() override { fs::remove_all(folder_); }
+    void write(std::string_view bytes) const { folder_.write("file", bytes); }
 
-    void write(std::string_view bytes) const { std::ofstream(file_, std::ios::binary) << bytes; }
-
-    std::vector<std::string> names() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(folder_))
-            names.push_back(entry.path().filename());
-        return names;
-    }
-
-    fs::path folder_;
-    fs::path file_;
+    TestSupport::TemporaryFolder folder_;
+    const fs::path file_ = folder_ / "file";
 };
 
 std::error_code failure(const std::function<void()>& action)
@@ -54,29 +37,6 @@ std::error_code failure(const std::function<void()>& action)
     }
     return {};
 }
-
-// While it lives, a file that grows beyond the limit is what a full disk is.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-        : signal_(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit { bytes, before_.rlim_max };
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, signal_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*signal_)(int);
-    rlimit before_ {};
-};
 
 } // namespace
 
@@ -106,7 +66,7 @@ TEST_F(WholeFile, IsRefusedBeyondTheLimit)
 TEST_F(WholeFile, IsNothingButARegularFile)
 {
     EXPECT_EQ(failure([&] { readFile(file_, 10); }), std::errc::no_such_file_or_directory);
-    EXPECT_EQ(failure([&] { readFile(folder_, 10); }), std::errc::is_a_directory);
+    EXPECT_EQ(failure([&] { readFile(folder_.path(), 10); }), std::errc::is_a_directory);
     EXPECT_EQ(failure([&] { readFile("/dev/zero", 10); }), std::errc::invalid_argument);
     ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
     EXPECT_EQ(failure([&] { readFile(file_, 10); }), std::errc::invalid_argument);
@@ -124,7 +84,7 @@ TEST_F(WholeFile, IsMadeOfThePiecesInOrder)
     const std::array<std::string_view, 3> pieces { "one, ", "", "two" };
     replaceFile(file_, pieces, Durability::content);
     EXPECT_EQ(readFile(file_, 100), "one, two");
-    EXPECT_THAT(names(), ElementsAre("file"));
+    EXPECT_THAT(folder_.names(), ElementsAre("file"));
 }
 
 TEST_F(WholeFile, TakesTheOldOnesPlaceForTheUserAlone)
@@ -134,7 +94,7 @@ TEST_F(WholeFile, TakesTheOldOnesPlaceForTheUserAlone)
     replaceFile(file_, "new", Durability::replacement);
     EXPECT_EQ(readFile(file_, 100), "new");
     EXPECT_EQ(fs::status(file_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_THAT(names(), ElementsAre("file"));
+    EXPECT_THAT(folder_.names(), ElementsAre("file"));
 }
 
 TEST_F(WholeFile, TakesALinksPlaceAndLeavesWhatItLeadTo)
@@ -151,7 +111,7 @@ TEST_F(WholeFile, TakesALinksPlaceAndLeavesWhatItLeadTo)
 TEST_F(WholeFile, CanLieInTheCurrentFolder)
 {
     const fs::path before = fs::current_path();
-    fs::current_path(folder_);
+    fs::current_path(folder_.path());
     replaceFile("file", "here", Durability::replacement);
     fs::current_path(before);
     EXPECT_EQ(readFile(file_, 10), "here");
@@ -162,12 +122,12 @@ TEST_F(WholeFile, StaysAsItWasOnAFullDisk)
     write("old");
     std::error_code error;
     {
-        const FileSizeLimit limit(1000);
+        const TestSupport::FileSizeLimit limit(1000);
         error = failure([&] { replaceFile(file_, std::string(1001, 'x'), Durability::replacement); });
     }
     EXPECT_EQ(error, std::errc::file_too_large);
     EXPECT_EQ(readFile(file_, 10), "old");
-    EXPECT_THAT(names(), ElementsAre("file"));
+    EXPECT_THAT(folder_.names(), ElementsAre("file"));
 }
 
 TEST_F(WholeFile, NeedsItsFolder)
@@ -183,14 +143,14 @@ TEST_F(WholeFile, TakesNoFoldersPlace)
     fs::create_directory(file_);
     EXPECT_EQ(failure([&] { replaceFile(file_, "new", Durability::content); }), std::errc::is_a_directory);
     EXPECT_TRUE(fs::is_directory(file_));
-    EXPECT_THAT(names(), ElementsAre("file"));
+    EXPECT_THAT(folder_.names(), ElementsAre("file"));
 }
 
 TEST_F(WholeFile, CanHaveThatMuchOfAName)
 {
     const fs::path tooLong = folder_ / std::string(250, 'x');
     EXPECT_EQ(failure([&] { replaceFile(tooLong, "new", Durability::content); }), std::errc::filename_too_long);
-    EXPECT_THAT(names(), IsEmpty());
+    EXPECT_THAT(folder_.names(), IsEmpty());
 }
 
 TEST(UnfinishedReplacement, IsKnownByItsName)

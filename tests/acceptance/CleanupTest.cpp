@@ -4,6 +4,7 @@
 
 #include <Sorvane/CleanupFiles.h>
 
+#include <CleanupStandIns.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -25,12 +26,8 @@ class CleanupAcceptance : public testing::Test {
 protected:
     CleanupAcceptance()
     {
-        fs::create_directories(files.runtime());
+        TestSupport::installCleanupStandIns(files);
         fs::create_directory(folder / "tmp");
-        for (const auto& tool : { files.generator(), files.tokeniser() })
-            fs::create_symlink(fs::path(CLEANUP_TOOLS_DIRECTORY) / tool.filename(), tool);
-        std::ofstream(files.weights()).close();
-        fs::resize_file(files.weights(), Sorvane::cleanupWeightsSize);
     }
 
     Outcome run(const std::vector<std::string>& arguments) const

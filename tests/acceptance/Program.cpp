@@ -36,7 +36,7 @@ std::vector<std::string> environmentWith(std::map<std::string, std::string> chan
             all.push_back(text);
     }
     for (const auto& [name, value] : changes)
-        all.push_back(name + "=" + value);
+        all.push_back(std::string(name).append("=").append(value));
     return all;
 }
 
@@ -73,18 +73,4 @@ Outcome runSorvane(const std::vector<std::string>& arguments, std::map<std::stri
     int status = 0;
     waitpid(child, &status, 0);
     return { WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(output), contents(errors) };
-}
-
-TemporaryFolder::TemporaryFolder()
-{
-    std::string name = std::filesystem::temp_directory_path() / "sorvane-test-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("cannot make a temporary folder");
-    path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
 }

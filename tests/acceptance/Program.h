@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include <TemporaryFolder.h>
+
 #include <filesystem>
 #include <map>
 #include <string>
@@ -18,16 +20,4 @@ struct Outcome {
 // OSTREL_MODEL_DIRECTORY set to the small model unless `environment` says otherwise.
 Outcome runSorvane(const std::vector<std::string>& arguments, std::map<std::string, std::string> environment = {});
 
-// A folder for one test's files, removed with everything in it.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-
-private:
-    std::filesystem::path path_;
-};
+using TestSupport::TemporaryFolder;

@@ -4,7 +4,7 @@
 
 #include <Sorvane/OstrelSpeechEngine.h>
 
-#include <fstream>
+#include <CleanupStandIns.h>
 
 namespace Scenarios {
 
@@ -13,11 +13,7 @@ namespace fs = std::filesystem;
 RealParts::RealParts(fs::path folder)
     : files_ { std::move(folder) }
 {
-    fs::create_directories(files_.runtime());
-    for (const auto& tool : { files_.generator(), files_.tokeniser() })
-        fs::create_symlink(fs::path(CLEANUP_TOOLS_DIRECTORY) / tool.filename(), tool);
-    std::ofstream(files_.weights()).close();
-    fs::resize_file(files_.weights(), Sorvane::cleanupWeightsSize);
+    TestSupport::installCleanupStandIns(files_);
 }
 
 std::shared_ptr<Sorvane::SpeechEngine> RealParts::loadEngine()

@@ -9,28 +9,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <numbers>
 #include <stdexcept>
 
 namespace Scenarios {
 
 using namespace std::chrono_literals;
-namespace {
-
-std::filesystem::path temporaryFolder()
-{
-    std::string name = (std::filesystem::temp_directory_path() / "sorvane-scenario-XXXXXX").string();
-    if (!mkdtemp(name.data()))
-        throw std::runtime_error("no temporary folder");
-    return name;
-}
-
-} // namespace
-
 Stage::Stage(Models models)
-    : folder(temporaryFolder())
-    , preparationStep_(models == Models::ready ? 0s : 1s)
+    : preparationStep_(models == Models::ready ? 0s : 1s)
 {
     furnish();
     controller = std::make_unique<Sorvane::DictationController>(services());
@@ -39,12 +25,6 @@ Stage::Stage(Models models)
         controller->prepareModel();
         loop.turn();
     }
-}
-
-Stage::~Stage()
-{
-    controller.reset();
-    std::filesystem::remove_all(folder);
 }
 
 void Stage::furnish()

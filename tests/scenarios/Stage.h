@@ -16,6 +16,8 @@
 #include <Sorvane/DictationController.h>
 #include <Sorvane/LinkGrammarTagger.h>
 
+#include <TemporaryFolder.h>
+
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -35,7 +37,6 @@ public:
     enum class Models { ready, notPrepared };
 
     explicit Stage(Models models);
-    ~Stage();
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
 
@@ -63,7 +64,7 @@ public:
     ScriptedCleanup cleanup { clock };
     std::unique_ptr<RealParts> real; // once a story asks for them: in place of the two above
     Sorvane::LinkGrammarTagger tagger;
-    std::filesystem::path folder; // of its own, removed at the end
+    TestSupport::TemporaryFolder folder;
     std::unique_ptr<Sorvane::DictationController> controller;
 
     std::map<std::string, DesktopFakes::FakeApplication*> applications;

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include <TemporaryFolder.h>
+
 #include <filesystem>
 #include <map>
 #include <string>
@@ -16,14 +18,11 @@ class TemporaryBundle {
 public:
     // The files by their names within the bundle; folders are made as needed.
     explicit TemporaryBundle(const std::map<std::string, std::string>& files = {});
-    TemporaryBundle(const TemporaryBundle&) = delete;
-    TemporaryBundle& operator=(const TemporaryBundle&) = delete;
-    ~TemporaryBundle();
 
     std::filesystem::path path() const { return folder_ / "stage.mlmodelc"; }
 
 private:
-    std::filesystem::path folder_;
+    TestSupport::TemporaryFolder folder_;
 };
 
 } // namespace MLProgram

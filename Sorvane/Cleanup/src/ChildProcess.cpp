@@ -17,6 +17,8 @@
 
 namespace Sorvane {
 
+using PlatformSupport::FileDescriptor;
+
 namespace {
 
 template <typename Call> auto retriedWhenInterrupted(const Call& call)
@@ -28,7 +30,7 @@ template <typename Call> auto retriedWhenInterrupted(const Call& call)
 }
 
 // Waits until the output has something or has ended; false when the event came.
-bool waitForOutput(const Descriptor& output, const Descriptor& event)
+bool waitForOutput(const FileDescriptor& output, const FileDescriptor& event)
 {
     std::array<pollfd, 2> watched { { { output.number(), POLLIN, 0 }, { event.number(), POLLIN, 0 } } };
     retriedWhenInterrupted([&] { return ::poll(watched.data(), watched.size(), -1); });
@@ -49,7 +51,7 @@ ChildProcess::ChildProcess(Description description)
 
 void ChildProcess::launch()
 {
-    killed_ = Descriptor(::eventfd(0, EFD_CLOEXEC));
+    killed_ = FileDescriptor(::eventfd(0, EFD_CLOEXEC));
     if (!killed_.isOpen())
         throw std::system_error(errno, std::generic_category(), "cannot watch a process");
     auto launched = launchProgram(description_);
@@ -91,8 +93,8 @@ ProcessEnd ChildProcess::waitForExit()
         end_ = endFrom(status);
     }
     runningAs_ = 0;
-    output_ = Descriptor();
-    killed_ = Descriptor();
+    output_ = FileDescriptor();
+    killed_ = FileDescriptor();
     return end_;
 }
 

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
-#include "Descriptor.h"
+#include <PlatformSupport/FileDescriptor.h>
 
 #include <sys/types.h>
 
@@ -62,12 +62,12 @@ private:
     void signalGroup(int signal);
 
     Description description_;
-    Descriptor output_; // reading end
+    PlatformSupport::FileDescriptor output_; // reading end
     ProcessEnd end_;
 
     std::mutex lock_; // under which the other threads find these two, and they change
     pid_t runningAs_ = 0; // 0 unless the process exists, so that no other is ever signalled
-    Descriptor killed_; // an event, readable from kill() on
+    PlatformSupport::FileDescriptor killed_; // an event, readable from kill() on
 };
 
 } // namespace Sorvane

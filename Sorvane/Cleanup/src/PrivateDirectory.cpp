@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "PrivateDirectory.h"
 
-#include "Descriptor.h"
+#include <PlatformSupport/FileDescriptor.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -44,7 +44,7 @@ PrivateDirectory::~PrivateDirectory()
 fs::path PrivateDirectory::write(std::string_view name, std::string_view content) const
 {
     fs::path path = path_ / name;
-    const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, fileMode));
+    const PlatformSupport::FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, fileMode));
     if (!file.isOpen() || ::fchmod(file.number(), fileMode) != 0)
         fail("cannot create file", path);
     while (!content.empty()) {

@@ -18,6 +18,8 @@
 
 namespace Sorvane {
 
+using PlatformSupport::FileDescriptor;
+
 namespace {
 
 constexpr int firstOwnDescriptor = STDERR_FILENO + 1;
@@ -28,11 +30,11 @@ constexpr int firstOwnDescriptor = STDERR_FILENO + 1;
 }
 
 // The same file, under a number that is not one of the standard streams: the child is going to replace those.
-Descriptor clearOfStandardStreams(Descriptor file)
+FileDescriptor clearOfStandardStreams(FileDescriptor file)
 {
     if (file.number() >= firstOwnDescriptor)
         return file;
-    Descriptor other(::fcntl(file.number(), F_DUPFD_CLOEXEC, firstOwnDescriptor));
+    FileDescriptor other(::fcntl(file.number(), F_DUPFD_CLOEXEC, firstOwnDescriptor));
     if (!other.isOpen())
         fail(errno, "cannot open another file");
     return other;
@@ -44,19 +46,19 @@ struct Pipe {
         std::array<int, 2> ends {};
         if (::pipe2(ends.data(), O_CLOEXEC) != 0)
             fail(errno, "cannot create a pipe");
-        reading = Descriptor(ends[0]);
-        writing = Descriptor(ends[1]);
+        reading = FileDescriptor(ends[0]);
+        writing = FileDescriptor(ends[1]);
         reading = clearOfStandardStreams(std::move(reading));
         writing = clearOfStandardStreams(std::move(writing));
     }
 
-    Descriptor reading;
-    Descriptor writing;
+    FileDescriptor reading;
+    FileDescriptor writing;
 };
 
-Descriptor nullDevice()
+FileDescriptor nullDevice()
 {
-    Descriptor device(::open("/dev/null", O_RDWR | O_CLOEXEC));
+    FileDescriptor device(::open("/dev/null", O_RDWR | O_CLOEXEC));
     if (!device.isOpen())
         fail(errno, "cannot open the null device");
     return clearOfStandardStreams(std::move(device));
@@ -157,7 +159,7 @@ pid_t forked(const ChildSide& child)
 }
 
 // The error that the child reports; 0 once its program runs, which closes the pipe.
-int reportedError(const Descriptor& failure)
+int reportedError(const FileDescriptor& failure)
 {
     int error = 0;
     while (::read(failure.number(), &error, sizeof error) < 0 && errno == EINTR) { }
@@ -171,7 +173,7 @@ LaunchedProgram launchProgram(const ChildProcess::Description& description)
     std::vector<std::string> arguments = description.arguments;
     arguments.insert(arguments.begin(), description.executable);
     std::vector<std::string> environment = description.environment;
-    const Descriptor null = nullDevice();
+    const FileDescriptor null = nullDevice();
     Pipe output;
     Pipe failure;
 
@@ -183,7 +185,7 @@ LaunchedProgram launchProgram(const ChildProcess::Description& description)
         .null = null.number(),
         .output = output.writing.number(),
         .failure = failure.writing.number() });
-    failure.writing = Descriptor();
+    failure.writing = FileDescriptor();
     if (const int error = reportedError(failure.reading); error != 0) {
         ::waitpid(process, nullptr, 0);
         fail(error, "cannot start " + description.executable.string());

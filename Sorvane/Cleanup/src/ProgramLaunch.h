@@ -9,7 +9,7 @@ namespace Sorvane {
 // A child that runs its program.
 struct LaunchedProgram {
     pid_t process = 0; // also the number of its process group
-    Descriptor output; // where its standard output can be read
+    PlatformSupport::FileDescriptor output; // where its standard output can be read
 };
 
 // Starts the program as ChildProcess tells. Errors: std::system_error, and then no child is left

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "CleanupTestbed.h"
 
+#include <CleanupStandIns.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,33 +31,13 @@ std::string contents(const fs::path& path)
     return { std::istreambuf_iterator<char>(file), {} };
 }
 
-fs::path newFolder()
-{
-    std::string name = fs::temp_directory_path() / "sorvane-test-XXXXXX";
-    if (::mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("cannot make a temporary folder");
-    return name;
-}
-
 } // namespace
 
 CleanupTestbed::CleanupTestbed()
-    : root_(newFolder())
 {
-    fs::create_directories(files().runtime());
+    TestSupport::installCleanupStandIns(files());
     fs::create_directory(folders().temporary);
     fs::create_directory(folders().home);
-    const fs::path tools = CLEANUP_TOOLS_DIRECTORY;
-    for (const auto& tool : { files().generator(), files().tokeniser() })
-        fs::create_symlink(tools / tool.filename(), tool);
-    std::ofstream(files().weights()).close();
-    fs::resize_file(files().weights(), cleanupWeightsSize);
-}
-
-CleanupTestbed::~CleanupTestbed()
-{
-    std::error_code ignored;
-    fs::remove_all(root_, ignored);
 }
 
 PlatformSupport::UserFolders CleanupTestbed::folders() const

@@ -2,8 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
-#include "Descriptor.h"
-
+#include <PlatformSupport/FileDescriptor.h>
 #include <PlatformSupport/HandTurnedClock.h>
 #include <PlatformSupport/HandTurnedLoop.h>
 #include <PlatformSupport/Task.h>
@@ -14,6 +13,7 @@
 #include <Sorvane/CleanupProcess.h>
 
 #include <nlohmann/json.hpp>
+#include <TemporaryFolder.h>
 
 #include <filesystem>
 #include <functional>
@@ -27,9 +27,6 @@ namespace Sorvane {
 class CleanupTestbed {
 public:
     CleanupTestbed();
-    CleanupTestbed(const CleanupTestbed&) = delete;
-    CleanupTestbed& operator=(const CleanupTestbed&) = delete;
-    ~CleanupTestbed();
 
     CleanupFiles files() const { return { root_ / "installation" }; }
     PlatformSupport::UserFolders folders() const;
@@ -49,7 +46,7 @@ public:
     std::vector<std::string> temporaryFiles() const;
 
 private:
-    std::filesystem::path root_;
+    TestSupport::TemporaryFolder root_;
 };
 
 // Watches a tool whose life is announced. It is there once the tool is ready for signals.
@@ -61,7 +58,7 @@ public:
     void waitForEnd() const;
 
 private:
-    Descriptor pipe_;
+    PlatformSupport::FileDescriptor pipe_;
 };
 
 // Waits until the tool that left the record has ended and its parent has not noticed yet.

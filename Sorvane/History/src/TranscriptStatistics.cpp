@@ -7,6 +7,7 @@
 #include <PlatformSupport/Precondition.h>
 #include <Regex/Letters.h>
 #include <Regex/Words.h>
+#include <Sorvane/RawValue.h>
 #include <Sorvane/TranscriptStatistics.h>
 
 #include <algorithm>
@@ -43,9 +44,7 @@ std::string_view rawValue(Period period)
 
 std::optional<Period> period(std::string_view rawValue)
 {
-    const auto* const found = std::ranges::find_if(
-        allPeriods, [&](Period period) { return TranscriptStatistics::rawValue(period) == rawValue; });
-    return found == allPeriods.end() ? std::nullopt : std::optional(*found);
+    return caseWithRawValue(allPeriods, rawValue);
 }
 
 int64_t wordCount(std::string_view text)

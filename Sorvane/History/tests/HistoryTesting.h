@@ -5,63 +5,16 @@
 #include <PlatformSupport/UUID.h>
 #include <Sorvane/TranscriptHistory.h>
 
+#include <TemporaryFolder.h>
+
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <set>
-#include <stdexcept>
 #include <string>
-#include <string_view>
-#include <system_error>
 
 namespace Sorvane {
 
-// A folder that is gone after the test.
-class TemporaryFolder {
-public:
-    explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
-    {
-        std::string pattern = (parent / "history-XXXXXX").string();
-        if (!::mkdtemp(pattern.data()))
-            throw std::runtime_error("no temporary folder");
-        path_ = pattern;
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-
-    const std::filesystem::path& path() const { return path_; }
-
-    void write(const std::string& name, std::string_view bytes) const
-    {
-        std::ofstream(path_ / name, std::ios::binary) << bytes;
-    }
-
-    std::string contents(const std::string& name) const
-    {
-        std::ifstream file(path_ / name, std::ios::binary);
-        return { std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>() };
-    }
-
-    std::set<std::string> names() const
-    {
-        std::set<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(path_))
-            names.insert(entry.path().filename());
-        return names;
-    }
-
-private:
-    std::filesystem::path path_;
-};
+using TestSupport::TemporaryFolder;
 
 // "00000000-0000-0000-0000-000000000001" and so on.
 inline PlatformSupport::UUID numberedUUID(uint32_t number)

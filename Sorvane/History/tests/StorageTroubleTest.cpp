@@ -4,11 +4,9 @@
 
 #include <Sorvane/HistoryDeletionError.h>
 
+#include <FileSizeLimit.h>
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-
-#include <csignal>
 
 using namespace Sorvane;
 using testing::UnorderedElementsAre;
@@ -22,29 +20,6 @@ constexpr const char* countersFile = ".lifetime-statistics.json";
 constexpr const char* countersMessage
     = "Lifetime statistics could not be updated. Existing totals and saved transcripts have been kept.";
 constexpr const char* unreadableMessage = "Some saved transcripts could not be read. Their files have been kept.";
-
-// While it lives, no file can grow beyond so many bytes: a full disk, for the superuser, too.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-        : signal_(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit { bytes, before_.rlim_max };
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, signal_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*signal_)(int);
-    rlimit before_ {};
-};
 
 class StorageTrouble : public testing::Test {
 protected:
@@ -68,7 +43,7 @@ TEST_F(StorageTrouble, OnAFullDiskNothingIsSavedAndNothingLost)
     history.save(transcript("here"));
     const auto names = folder_.names();
     {
-        const FileSizeLimit limit(1000);
+        const TestSupport::FileSizeLimit limit(1000);
         EXPECT_THROW(history.save(transcript(std::string(1000, 'x'))), fs::filesystem_error);
         EXPECT_THROW(history.applyCleanup(std::string(1000, 'x'), numberedUUID(1)), fs::filesystem_error);
     }
@@ -86,7 +61,7 @@ TEST_F(StorageTrouble, ATranscriptStandsWhereTheCountersFindNoRoom)
     const auto counters = history.lifetimeStatistics().items();
     const std::string stored = folder_.contents(countersFile);
     {
-        const FileSizeLimit limit(500);
+        const TestSupport::FileSizeLimit limit(500);
         history.save(transcript("two words", 11));
         EXPECT_EQ(history.errorMessage(), countersMessage);
         EXPECT_EQ(history.lifetimeSummary(), std::nullopt);

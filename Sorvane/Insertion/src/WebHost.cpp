@@ -3,6 +3,7 @@
 #include "WebHost.h"
 
 #include <PlatformSupport/Text.h>
+#include <Regex/Letters.h>
 
 #include <algorithm>
 
@@ -15,11 +16,6 @@ constexpr std::string_view afterScheme = "://";
 bool isHostCharacter(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' || c == '-';
-}
-
-char lowerCased(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 // "user:password@host:port", of which only the last two count.
@@ -44,14 +40,13 @@ std::optional<std::string> secureWebHost(std::string_view location)
     if (!authority)
         return std::nullopt;
     const size_t colon = authority->find(':');
-    std::string host(authority->substr(0, colon));
+    const auto host = authority->substr(0, colon);
     const auto port = colon == std::string_view::npos ? "" : authority->substr(colon + 1);
     const bool isOrdinary
         = !host.empty() && std::all_of(host.begin(), host.end(), isHostCharacter) && (port.empty() || port == "443");
     if (!isOrdinary)
         return std::nullopt;
-    std::transform(host.begin(), host.end(), host.begin(), lowerCased);
-    return host;
+    return Regex::lowercased(host);
 }
 
 } // namespace Sorvane

@@ -117,18 +117,9 @@ void DictationController::startFromApp(StartCondition condition)
 
 Awaitable<void> DictationController::pendingStart(Weak weak, StartCondition condition)
 {
-    const auto leaveOwnWindow = [weak]() -> Awaitable<void> {
-        const auto& services = weak.get()->services_;
-        const auto frontmost = services.desktop.workspace.frontmostApplication();
-        if (!frontmost || frontmost->processIdentifier() != services.desktop.workspace.ownProcessIdentifier())
-            co_return;
-        if (const auto& application = weak.get()->lastExternalApp_)
-            application->activate();
-        co_await services.clock.sleep(activationTime);
-    };
     try {
-        if (weak.get())
-            co_await leaveOwnWindow();
+        if (auto* const self = weak.get())
+            co_await self->leaveOwnWindow();
     } catch (const PlatformSupport::CancellationError&) {
     }
     auto* const self = weak.get();
@@ -137,6 +128,18 @@ Awaitable<void> DictationController::pendingStart(Weak weak, StartCondition cond
     if (!PlatformSupport::isCancelled() && self->isWanted(condition))
         self->start();
     self->pendingStartTask_.reset();
+}
+
+// Nothing of the controller is touched after the wait: it may be gone by then.
+Awaitable<void> DictationController::leaveOwnWindow() const
+{
+    const auto& workspace = services_.desktop.workspace;
+    const auto frontmost = workspace.frontmostApplication();
+    if (!frontmost || frontmost->processIdentifier() != workspace.ownProcessIdentifier())
+        co_return;
+    if (lastExternalApp_)
+        lastExternalApp_->activate();
+    co_await services_.clock.sleep(activationTime);
 }
 
 // A key that was tapped while its start was pending, and should have been held, starts nothing.

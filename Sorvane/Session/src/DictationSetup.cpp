@@ -142,7 +142,8 @@ Awaitable<void> DictationController::prepareSpeech(ModelPreparation::Progress pr
 {
     const auto weak = self_.reference();
     if (!model_) {
-        auto model = co_await services_.loadSpeech(progress);
+        const auto load = services_.loadSpeech; // outlives the controller, if that goes meanwhile
+        auto model = co_await load(progress);
         if (!weak.get())
             throw PlatformSupport::CancellationError();
         model_ = std::move(model);

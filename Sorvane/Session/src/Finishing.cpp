@@ -43,6 +43,7 @@ DictationController::Finishing::Finishing(DictationController& controller, std::
     : controller_(controller.self_.reference())
     , session_(controller.session_)
     , engine_(controller.model_)
+    , cleanup_(controller.services_.cleanup)
     , samples_(std::move(samples))
     , duration_(static_cast<double>(samples_.size()) / AudioRecorder::sampleRate)
     , target_(controller.target_)
@@ -122,8 +123,7 @@ Awaitable<std::optional<std::string>> DictationController::Finishing::cleanUp()
     dictation.set(dictation.status_, "Cleaning up dictation…");
     const auto context
         = mode_ == TranscriptMode::email ? TranscriptCleanup::Context::email : TranscriptCleanup::Context::general;
-    const auto result
-        = co_await dictation.services_.cleanup.clean(entry_->text, TranscriptCleanup::Enabled::yes, context);
+    const auto result = co_await cleanup_.clean(entry_->text, TranscriptCleanup::Enabled::yes, context);
     controller();
     if (!result.usedOriginal)
         applyCleanup(result.text);

@@ -43,6 +43,7 @@ private:
     Weak controller_;
     PlatformSupport::UUID session_;
     std::shared_ptr<SpeechEngine> engine_;
+    TranscriptCleanup cleanup_;
     std::vector<float> samples_;
     double duration_; // seconds
 

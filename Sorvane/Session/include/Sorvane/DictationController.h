@@ -126,6 +126,7 @@ private:
     void show();
 
     static PlatformSupport::Awaitable<void> pendingStart(Weak weak, StartCondition condition);
+    PlatformSupport::Awaitable<void> leaveOwnWindow() const;
     bool isWanted(StartCondition condition) const;
     void begin();
     void capture();
