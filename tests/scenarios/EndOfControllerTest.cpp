@@ -100,6 +100,16 @@ TEST_F(EndOfController, LeavesAQuestionForTheMicrophoneUnheeded)
     EXPECT_TRUE(stage_.desktop.launching.opened.empty());
 }
 
+TEST_F(EndOfController, MayComeBeforeTheQuestionForTheMicrophoneIsAsked)
+{
+    stage_.controller->requestMicrophone();
+    stage_.controller->requestOnboardingMicrophone();
+    end(stage_);
+    stage_.desktop.permissions.answerMicrophone(false);
+    stage_.pass(1s);
+    EXPECT_TRUE(stage_.desktop.launching.opened.empty());
+}
+
 TEST(EndOfUnpreparedController, StopsItsPreparation)
 {
     for (const auto moment : { 0ms, 500ms, 1500ms }) {

@@ -87,25 +87,29 @@ void DictationController::refreshPermissions()
     set(accessibilityAllowed_, services_.desktop.permissions.isAccessibilityTrusted());
 }
 
+// The controller may be gone before the question is asked, and before it is answered.
 void DictationController::requestMicrophone()
 {
-    PlatformSupport::startTask(services_.mainThread, [this, weak = self_.reference()]() -> Awaitable<void> {
-        const bool allowed = co_await services_.desktop.permissions.requestMicrophoneAccess();
-        if (!weak.get())
+    const auto ask = [weak = self_.reference(), &permissions = services_.desktop.permissions]() -> Awaitable<void> {
+        const bool allowed = co_await permissions.requestMicrophoneAccess();
+        auto* const self = weak.get();
+        if (!self)
             co_return;
-        set(microphoneAllowed_, allowed);
+        self->set(self->microphoneAllowed_, allowed);
         if (!allowed)
-            services_.desktop.launching.open(microphoneSettings);
-    });
+            self->services_.desktop.launching.open(microphoneSettings);
+    };
+    PlatformSupport::startTask(services_.mainThread, ask);
 }
 
 void DictationController::requestOnboardingMicrophone()
 {
-    PlatformSupport::startTask(services_.mainThread, [this, weak = self_.reference()]() -> Awaitable<void> {
-        co_await services_.desktop.permissions.requestMicrophoneAccess();
-        if (weak.get())
-            refreshPermissions();
-    });
+    const auto ask = [weak = self_.reference(), &permissions = services_.desktop.permissions]() -> Awaitable<void> {
+        co_await permissions.requestMicrophoneAccess();
+        if (auto* const self = weak.get())
+            self->refreshPermissions();
+    };
+    PlatformSupport::startTask(services_.mainThread, ask);
 }
 
 void DictationController::requestAccessibility()

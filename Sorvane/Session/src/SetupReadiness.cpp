@@ -16,8 +16,7 @@ std::optional<std::string_view> SetupReadiness::blocker() const
         return "Microphone access is missing. Open setup to allow Sorvane to hear you.";
     if (!accessibilityAllowed)
         return "Accessibility access is missing. Open setup to allow typing in other apps. If macOS already shows "
-               "Sorvane "
-               "enabled, remove its old entry and add this installed app again.";
+               "Sorvane enabled, remove its old entry and add this installed app again.";
     return std::nullopt;
 }
 

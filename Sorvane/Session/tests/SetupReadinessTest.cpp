@@ -21,8 +21,7 @@ TEST(SetupReadiness, NamesTheFirstThingThatIsMissing)
         "Microphone access is missing. Open setup to allow Sorvane to hear you.");
     EXPECT_EQ((SetupReadiness { Phase::idle, true, true, false }).blocker(),
         "Accessibility access is missing. Open setup to allow typing in other apps. If macOS already shows Sorvane "
-        "enabled, "
-        "remove its old entry and add this installed app again.");
+        "enabled, remove its old entry and add this installed app again.");
 }
 
 TEST(SetupReadiness, LetsNoDictationStartDuringAnother)
