@@ -17,9 +17,10 @@ set(SORVANE_EDGES_SorvaneCleanup  SorvaneText Regex PlatformSupport)
 set(SORVANE_EDGES_SorvaneCapture  AudioIO DesktopServices PlatformSupport)
 set(SORVANE_EDGES_SorvaneInsertion SorvaneText Regex DesktopServices PlatformSupport)
 set(SORVANE_EDGES_SorvaneHistory  SorvaneText Regex PlatformSupport)
-set(SORVANE_EDGES_SorvaneSession  SorvaneCapture SorvaneCleanup SorvaneHistory SorvaneInsertion SorvaneText Ostrel
-                                  DesktopServices Regex PlatformSupport)
-set(SORVANE_EDGES_SorvaneApp      SorvaneCleanup SorvaneText Ostrel ModelCatalog ModelStore MLProgram AudioIO PlatformSupport)
+set(SORVANE_EDGES_SorvanePreparation Ostrel ModelCatalog ModelStore SorvaneCleanup PlatformSupport)
+set(SORVANE_EDGES_SorvaneSession  SorvaneCapture SorvaneCleanup SorvaneHistory SorvaneInsertion SorvanePreparation
+                                  SorvaneText Ostrel DesktopServices Regex PlatformSupport)
+set(SORVANE_EDGES_SorvaneApp      SorvanePreparation SorvaneCleanup SorvaneText Ostrel ModelCatalog ModelStore MLProgram AudioIO PlatformSupport)
 
 # Which module owns which third-party library; nobody else may include it.
 set(SORVANE_LIBRARIES_PlatformSupport Boost Json)

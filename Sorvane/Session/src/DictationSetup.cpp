@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include <PlatformSupport/CancellationError.h>
-#include <PlatformSupport/Precondition.h>
 #include <PlatformSupport/TaskContext.h>
 #include <Sorvane/DictationController.h>
 
@@ -17,25 +16,6 @@ namespace {
 
 constexpr auto microphoneSettings = "x-apple.systempreferences:com.apple.preference.security?Privacy_Microphone";
 constexpr auto accessibilitySettings = "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility";
-
-std::string status(const Stage& stage)
-{
-    switch (stage.which) {
-    case Stage::Case::idle:
-        return "Download speech recognition and text cleanup once.";
-    case Stage::Case::speech:
-        return "Preparing speech recognition…";
-    case Stage::Case::cleanup:
-        return "Preparing text cleanup…";
-    case Stage::Case::ready:
-        return "Ready for dictation.";
-    case Stage::Case::canceled:
-        return "Setup paused. Resume when you’re ready.";
-    case Stage::Case::failed:
-        return stage.message;
-    }
-    PlatformSupport::fatalError("no such stage");
-}
 
 } // namespace
 
@@ -161,7 +141,7 @@ Awaitable<void> DictationController::prepareSpeech(ModelPreparation::Progress pr
 // The phase may be written here without a look at it: while a dictation is under way no preparation runs.
 void DictationController::mirrorPreparation()
 {
-    set(status_, Sorvane::status(preparation_.stage()));
+    set(status_, statusLine(preparation_.stage()));
     set(progress_, preparation_.fraction());
     enter(preparation_.task() ? DictationPhase::preparing : DictationPhase::idle);
 }

@@ -6,6 +6,7 @@
 #include <PlatformSupport/Task.h>
 #include <PlatformSupport/UUID.h>
 #include <PlatformSupport/WeakSelf.h>
+#include <Sorvane/PreparationProgress.h>
 
 #include <exception>
 #include <functional>
@@ -27,8 +28,8 @@ public:
         bool operator==(const Stage&) const = default;
     };
 
-    // Told how much of the stage is done, 0 to 1. Any thread; late calls do no harm.
-    using Progress = std::function<void(double)>;
+    // Told how much of the stage is done. Late calls do no harm.
+    using Progress = PreparationProgress;
 
     // One of the two stages. Throws what went wrong, with words for the user.
     using Step = std::function<PlatformSupport::Awaitable<void>(Progress)>;
@@ -71,5 +72,8 @@ private:
     PlatformSupport::UUID runID_;
     PlatformSupport::WeakSelf<ModelPreparation> self_ { this };
 };
+
+// What the user reads while a preparation is at this stage.
+std::string statusLine(const ModelPreparation::Stage& stage);
 
 } // namespace Sorvane

@@ -137,4 +137,24 @@ void ModelPreparation::changed()
         onChange();
 }
 
+std::string statusLine(const ModelPreparation::Stage& stage)
+{
+    using Case = ModelPreparation::Stage::Case;
+    switch (stage.which) {
+    case Case::idle:
+        return "Download speech recognition and text cleanup once.";
+    case Case::speech:
+        return "Preparing speech recognition…";
+    case Case::cleanup:
+        return "Preparing text cleanup…";
+    case Case::ready:
+        return "Ready for dictation.";
+    case Case::canceled:
+        return "Setup paused. Resume when you’re ready.";
+    case Case::failed:
+        return stage.message;
+    }
+    PlatformSupport::fatalError("no such stage");
+}
+
 } // namespace Sorvane
