@@ -23,7 +23,7 @@ set(SORVANE_EDGES_SorvaneSession  SorvaneCapture SorvaneCleanup SorvaneHistory S
 set(SORVANE_EDGES_SorvaneApp      SorvanePreparation SorvaneCleanup SorvaneText Ostrel ModelCatalog ModelStore MLProgram AudioIO PlatformSupport)
 
 # Which module owns which third-party library; nobody else may include it.
-set(SORVANE_LIBRARIES_PlatformSupport Boost Json)
+set(SORVANE_LIBRARIES_PlatformSupport Boost CURL Json)
 set(SORVANE_LIBRARIES_AudioIO         FFmpeg)
 set(SORVANE_LIBRARIES_MLProgram       Boost Json)
 set(SORVANE_LIBRARIES_ModelStore      OpenSSL)

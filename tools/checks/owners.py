@@ -8,6 +8,7 @@ import tree
 
 HEADERS = {
     "Boost": r"boost/",
+    "CURL": r"curl/",
     "FFmpeg": r"lib(av\w+|sw\w+)/",
     "ICU": r"unicode/",
     "Json": r"nlohmann/",
