@@ -57,11 +57,17 @@ Steps expectedState()
             [](Stage& stage, const Step& step) { EXPECT_EQ(stage.controller->transcript(), step.text(0)); } },
         { "EXPECT elapsed",
             [](Stage& stage, const Step& step) { EXPECT_EQ(stage.controller->elapsed(), step.number(0)); } },
+        { "EXPECT level zero", [](Stage& stage, const Step&) { EXPECT_EQ(stage.controller->level(), 0); } },
+        { "EXPECT level raised", [](Stage& stage, const Step&) { EXPECT_GT(stage.controller->level(), 0.5); } },
         { "EXPECT target",
             [](Stage& stage, const Step& step) { EXPECT_EQ(stage.controller->targetName(), step.text(0)); } },
         { "EXPECT harness",
             [](Stage& stage, const Step& step) {
                 EXPECT_EQ(stage.controller->targetHarness(), Sorvane::codingHarness(step.text(0)));
+            } },
+        { "EXPECT output clean",
+            [](Stage& stage, const Step&) {
+                EXPECT_EQ(stage.controller->outputMode(), Sorvane::TranscriptMode::clean);
             } },
         { "EXPECT output raw",
             [](Stage& stage, const Step&) {
@@ -70,6 +76,13 @@ Steps expectedState()
         { "EXPECT output email",
             [](Stage& stage, const Step&) {
                 EXPECT_EQ(stage.controller->outputMode(), Sorvane::TranscriptMode::email);
+            } },
+        { "EXPECT microphone-permission granted",
+            [](Stage& stage, const Step&) { EXPECT_TRUE(stage.controller->microphoneAllowed()); } },
+        { "EXPECT microphone-permission denied",
+            [](Stage& stage, const Step&) {
+                EXPECT_FALSE(stage.controller->microphoneAllowed());
+                EXPECT_TRUE(stage.controller->microphoneDenied());
             } },
         { "EXPECT window shown", [](Stage& stage, const Step&) { EXPECT_GT(stage.windowsShown, 0U); } },
         { "EXPECT window closed", [](Stage& stage, const Step&) { EXPECT_EQ(stage.windowsShown, 0U); } },
@@ -140,6 +153,8 @@ Steps expectedDesktop()
             [](Stage& stage, const Step& step) {
                 EXPECT_EQ(stage.desktop.launching.opened, std::vector { step.text(0) });
             } },
+        { "EXPECT opened nothing",
+            [](Stage& stage, const Step&) { EXPECT_TRUE(stage.desktop.launching.opened.empty()); } },
         { "EXPECT accessibility-prompts",
             [](Stage& stage, const Step& step) {
                 EXPECT_EQ(stage.desktop.permissions.accessibilityPrompts, static_cast<size_t>(step.number(0)));

@@ -44,17 +44,36 @@ void loseHistoryFolder(const Stage& stage)
     std::ofstream(stage.folder / "Transcripts") << "in the way";
 }
 
+// A folder where the file was, so that it cannot be replaced.
+void loseStatistics(const Stage& stage)
+{
+    const auto path = stage.folder / "Transcripts" / ".lifetime-statistics.json";
+    std::filesystem::remove(path);
+    std::filesystem::create_directories(path / "in the way");
+}
+
+auto storeFlag(bool value)
+{
+    return [value](Stage& stage, const Step& step) { stage.defaults.setBoolean(step.text(0), value); };
+}
+
 Steps givenSettings()
 {
     return {
         { "GIVEN mode hold",
             [](Stage& stage, const Step&) { stage.controller->setMode(Sorvane::ActivationMode::hold); } },
+        { "GIVEN mode toggle",
+            [](Stage& stage, const Step&) { stage.controller->setMode(Sorvane::ActivationMode::toggle); } },
         { "GIVEN preview on", [](Stage& stage, const Step&) { stage.controller->setPreviewBeforeInsert(true); } },
         { "GIVEN automatic-copying off",
             [](Stage& stage, const Step&) { stage.controller->setAutomaticallyCopy(false); } },
         { "GIVEN output auto", select(Selection::automatic) },
         { "GIVEN output email", select(Selection::email) },
         { "GIVEN output raw", select(Selection::raw) },
+        { "GIVEN stored setting",
+            [](Stage& stage, const Step& step) { stage.defaults.setString(step.text(0), step.text(1)); } },
+        { "GIVEN stored setting on", storeFlag(true) },
+        { "GIVEN stored setting off", storeFlag(false) },
         { "GIVEN onboarding shown", [](Stage& stage, const Step&) { stage.controller->onboardingVisible = true; } },
         { "GIVEN shortcut-taken",
             [](Stage& stage, const Step& step) {
@@ -97,17 +116,25 @@ Steps givenMachinery()
                 stage.cleanup.failure
                     = std::make_exception_ptr(Sorvane::CleanupFailure(Sorvane::CleanupFailure::Case::inputTooLong));
             } },
+        { "GIVEN speech-preparation fails",
+            [](Stage& stage, const Step& step) { stage.speechPreparationFailure = step.text(0); } },
         { "GIVEN cleanup-preparation fails",
             [](Stage& stage, const Step& step) { stage.cleanupPreparationFailure = step.text(0); } },
         { "GIVEN cleanup-preparation works",
             [](Stage& stage, const Step&) { stage.cleanupPreparationFailure.reset(); } },
         { "GIVEN history-folder removed", [](Stage& stage, const Step&) { loseHistoryFolder(stage); } },
+        { "GIVEN statistics-file blocked", [](Stage& stage, const Step&) { loseStatistics(stage); } },
         { "GIVEN microphone fails",
             [](Stage& stage, const Step& step) {
                 stage.microphone.failNextStart(DesktopServices::MicrophoneError(step.text(0)));
             } },
         { "GIVEN microphone absent", [](Stage& stage, const Step&) { stage.microphone.unplug(); } },
         { "GIVEN microphone unplugged", [](Stage& stage, const Step&) { stage.microphone.unplug(); } },
+        { "GIVEN microphone changes-format",
+            [](Stage& stage, const Step&) {
+                const std::vector<float> silence(2048);
+                stage.microphone.play({ { .sampleRate = 48'000, .channels = 2 }, silence });
+            } },
     };
 }
 
@@ -127,11 +154,19 @@ Steps givenDesktop()
                 copy(stage, { item });
             } },
         { "GIVEN clipboard broken", [](Stage& stage, const Step&) { stage.desktop.pasteboard.failEverySetString(); } },
+        { "GIVEN clipboard fails-once",
+            [](Stage& stage, const Step&) { stage.desktop.pasteboard.failNextSetString(); } },
+        { "GIVEN modifier-keys held",
+            [](Stage& stage, const Step&) { stage.desktop.keyEvents.modifiersAreHeld = true; } },
         { "GIVEN field secure",
             [](Stage& stage, const Step& step) {
                 stage.field(step.text(0)).answer(DesktopServices::AccessibilityAttribute::subrole, "AXSecureTextField");
             } },
         { "GIVEN field disabled", [](Stage& stage, const Step& step) { stage.field(step.text(0)).disable(); } },
+        { "GIVEN field refuses-focus",
+            [](Stage& stage, const Step& step) { stage.field(step.text(0)).refuseFocus(); } },
+        { "GIVEN application nameless",
+            [](Stage& stage, const Step& step) { stage.application(step.text(0)).becomeAnother({}); } },
         { "GIVEN application frozen",
             [](Stage& stage, const Step& step) { stage.application(step.text(0)).freeze(); } },
         { "GIVEN application refuses-activation",

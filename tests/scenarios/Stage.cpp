@@ -15,13 +15,29 @@
 namespace Scenarios {
 
 using namespace std::chrono_literals;
+
 Stage::Stage(Models models)
-    : preparationStep_(models == Models::ready ? 0s : 1s)
+    : models_(models)
+    , preparationStep_(models == Models::ready ? 0s : 1s)
 {
     furnish();
+    open();
+}
+
+void Stage::restart()
+{
+    controller.reset();
+    loop.turn();
+    open();
+}
+
+// What the application and its windows would do.
+void Stage::open()
+{
     controller = std::make_unique<Sorvane::DictationController>(services());
-    direct();
-    if (models == Models::ready) {
+    controller->showWindow = [this] { ++windowsShown; };
+    controller->dismissOnboarding = [this] { controller->onboardingVisible = false; };
+    if (models_ == Models::ready) {
         controller->prepareModel();
         loop.turn();
     }
@@ -42,13 +58,6 @@ void Stage::furnish()
     fields["Notes"] = &document->addTextArea("Notes");
     desktop.clickInto(field("Notes"));
     firstChangeCount = desktop.pasteboard.changeCount();
-}
-
-// What the windows of the application would do.
-void Stage::direct()
-{
-    controller->showWindow = [this] { ++windowsShown; };
-    controller->dismissOnboarding = [this] { controller->onboardingVisible = false; };
 }
 
 Sorvane::DictationServices Stage::services()

@@ -42,6 +42,9 @@ public:
 
     void play(const Step& step);
 
+    // The program ends and is started again, with what it has stored.
+    void restart();
+
     void pass(std::chrono::nanoseconds time);
 
     // Lets time pass until the dictation is finished, where that takes as long as it takes.
@@ -72,17 +75,19 @@ public:
 
     size_t windowsShown = 0;
     size_t speechLoads = 0;
+    std::optional<std::string> speechPreparationFailure;
     std::optional<std::string> cleanupPreparationFailure;
     bool microphoneAnswer = true;
     std::int64_t firstChangeCount = 0; // of the clipboard, after what was given
 
 private:
     void furnish();
-    void direct();
+    void open();
     Sorvane::DictationServices services();
     PlatformSupport::Awaitable<std::shared_ptr<Sorvane::SpeechEngine>> loadSpeech();
     PlatformSupport::Awaitable<void> prepareCleanup();
 
+    Models models_;
     PlatformSupport::Clock::Duration preparationStep_;
 };
 

@@ -14,6 +14,8 @@ Awaitable<std::shared_ptr<Sorvane::SpeechEngine>> Stage::loadSpeech()
     ++speechLoads;
     if (preparationStep_.count() > 0)
         co_await clock.sleep(preparationStep_);
+    if (speechPreparationFailure)
+        throw std::runtime_error(*speechPreparationFailure);
     if (real)
         co_return RealParts::loadEngine();
     co_return engine;

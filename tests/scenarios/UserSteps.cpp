@@ -33,10 +33,12 @@ Steps userSteps()
         { "RELEASE shortcut", [](Stage& stage, const Step&) { stage.desktop.hotKey.release(); } },
         { "CLICK record", [](Stage& stage, const Step&) { stage.controller->toggleFromButton(); } },
         { "PAUSE", [](Stage& stage, const Step&) { stage.controller->pause(); } },
+        { "TOGGLE pause", [](Stage& stage, const Step&) { stage.controller->togglePause(); } },
         { "RESUME", [](Stage& stage, const Step&) { stage.controller->resume(); } },
         { "CANCEL", [](Stage& stage, const Step&) { stage.controller->cancel(); } },
         { "CANCEL preparation", [](Stage& stage, const Step&) { stage.controller->preparation().task()->cancel(); } },
         { "QUIT", [](Stage& stage, const Step&) { stage.controller->shutdown(); } },
+        { "RESTART", [](Stage& stage, const Step&) { stage.restart(); } },
         { "PREPARE models", [](Stage& stage, const Step&) { stage.controller->prepareModel(); } },
         { "PASS s", [](Stage& stage, const Step& step) { stage.pass(duration(step.number(0))); } },
         { "PASS ms", [](Stage& stage, const Step& step) { stage.pass(duration(step.number(0) / 1000)); } },
@@ -49,6 +51,11 @@ Steps userSteps()
             [](Stage& stage, const Step& step) { stage.speakSamples(static_cast<size_t>(step.number(0))); } },
         { "SPEAK recording", [](Stage& stage, const Step& step) { stage.speakRecording(step.text(0)); } },
         { "WAIT", [](Stage& stage, const Step&) { stage.waitUntilFinished(); } },
+        { "DELETE transcripts",
+            [](Stage& stage, const Step&) {
+                auto& history = stage.controller->history();
+                history.deleteEntries({ history.entries().begin(), history.entries().end() });
+            } },
         { "COPY", [](Stage& stage, const Step& step) { stage.desktop.pasteboard.copy(step.text(0)); } },
         { "ACTIVATE",
             [](Stage& stage, const Step& step) { stage.desktop.bringToFront(stage.application(step.text(0))); } },
@@ -66,6 +73,12 @@ Steps userSteps()
         { "REQUEST microphone",
             [](Stage& stage, const Step&) {
                 stage.controller->requestMicrophone();
+                stage.loop.turn();
+                stage.desktop.permissions.answerMicrophone(stage.microphoneAnswer);
+            } },
+        { "REQUEST onboarding-microphone",
+            [](Stage& stage, const Step&) {
+                stage.controller->requestOnboardingMicrophone();
                 stage.loop.turn();
                 stage.desktop.permissions.answerMicrophone(stage.microphoneAnswer);
             } },
