@@ -76,6 +76,20 @@ TEST_F(ControllerTest, StoresEachSettingAsItIsChosen)
     EXPECT_EQ(stage_.desktop.hotKey.chord(), keyChord(Sorvane::Shortcut::commandShiftD));
 }
 
+TEST_F(ControllerTest, KeepsAShortcutChosenThatAnotherProgramHolds)
+{
+    stage_.desktop.hotKey.heldByOthers = { keyChord(Sorvane::Shortcut::commandShiftD) };
+    controller().setShortcut(Sorvane::Shortcut::commandShiftD);
+    EXPECT_FALSE(controller().shortcutRegistered());
+    EXPECT_EQ(controller().settings().shortcut, Sorvane::Shortcut::commandShiftD);
+    EXPECT_EQ(stage_.defaults.string("shortcut"), "⇧ ⌘ D");
+    stage_.desktop.hotKey.heldByOthers.clear();
+    controller().registerShortcut();
+    EXPECT_TRUE(controller().shortcutRegistered());
+    EXPECT_EQ(
+        controller().status(), "That shortcut is in use. Choose another shortcut."); // until something else happens
+}
+
 TEST_F(ControllerTest, WakesItsObserversOnlyForChangedPermissions)
 {
     int changes = 0;

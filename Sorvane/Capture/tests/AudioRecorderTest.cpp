@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 namespace Sorvane {
@@ -45,6 +46,36 @@ TEST(AudioRecorder, GivesWhatWasHeard)
     EXPECT_GT(recorder.meter(), 0.8);
     EXPECT_EQ(recorder.snapshot(), sound);
     EXPECT_EQ(recorder.stop(), sound);
+    EXPECT_FALSE(microphone.isRunning());
+}
+
+TEST(AudioRecorder, AsksForBuffersOf2048Frames)
+{
+    FakeMicrophone microphone(telephone);
+    AudioRecorder recorder(microphone);
+    recorder.start();
+    Samples sound(2048 + 1, 1);
+    sound.back() = 0;
+    microphone.play(sound);
+    EXPECT_EQ(recorder.meter(), 0); // of the one sample beyond
+    std::fill_n(sound.begin() + 1024, 1024, 0.0F);
+    microphone.play(std::span(sound).first(2048));
+    EXPECT_GT(recorder.meter(), 0.9); // of the loud half, too
+}
+
+TEST(AudioRecorder, EndsAPausedRecording)
+{
+    FakeMicrophone microphone(telephone);
+    AudioRecorder recorder(microphone);
+    recorder.start();
+    microphone.play(Samples(100, 0.5F));
+    recorder.pause();
+    EXPECT_EQ(recorder.stop(), Samples(100, 0.5F));
+    recorder.start();
+    microphone.play(Samples(100, 0.5F));
+    recorder.pause();
+    recorder.discard();
+    EXPECT_EQ(recorder.sampleCount(), 0U);
     EXPECT_FALSE(microphone.isRunning());
 }
 
