@@ -12,6 +12,7 @@ set(SORVANE_EDGES_Ostrel          MLProgram AudioIO ModelStore ModelCatalog Plat
 set(SORVANE_EDGES_Regex           PlatformSupport)
 set(SORVANE_EDGES_DesktopServices PlatformSupport)
 set(SORVANE_EDGES_DesktopFakes    DesktopServices PlatformSupport)
+set(SORVANE_EDGES_DesktopLinux    DesktopServices PlatformSupport)
 set(SORVANE_EDGES_SorvaneText     Regex PlatformSupport)
 set(SORVANE_EDGES_SorvaneCleanup  SorvaneText Regex PlatformSupport)
 set(SORVANE_EDGES_SorvaneCapture  AudioIO DesktopServices PlatformSupport)
@@ -25,6 +26,7 @@ set(SORVANE_EDGES_SorvaneApp      SorvanePreparation SorvaneCleanup SorvaneText 
 # Which module owns which third-party library; nobody else may include it.
 set(SORVANE_LIBRARIES_PlatformSupport Boost CURL Json)
 set(SORVANE_LIBRARIES_AudioIO         FFmpeg)
+set(SORVANE_LIBRARIES_DesktopLinux    Xcb)
 set(SORVANE_LIBRARIES_MLProgram       Boost Json)
 set(SORVANE_LIBRARIES_ModelStore      OpenSSL)
 set(SORVANE_LIBRARIES_ModelCatalog    Boost)

@@ -50,3 +50,21 @@ function(sorvane_tests module)
     gtest_discover_tests(${target} TEST_PREFIX ${module}. DISCOVERY_TIMEOUT 60
         PROPERTIES WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
 endfunction()
+
+# sorvane_desktop_tests(Target tests/ATest.cpp ... [MODULE Name] [SESSION options of tests/desktop/desktop-session]
+# [PROGRAMS what the tests start]): one GoogleTest program that runs as a whole inside a private desktop session.
+function(sorvane_desktop_tests target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "MODULE" "SESSION;PROGRAMS;LIBRARIES")
+    add_executable(${target} ${arg_UNPARSED_ARGUMENTS} ${CMAKE_SOURCE_DIR}/tests/desktop/DesktopMain.cpp)
+    target_include_directories(${target} PRIVATE src tests ${CMAKE_SOURCE_DIR}/tests/support ${CMAKE_SOURCE_DIR}/tests/desktop)
+    list(TRANSFORM arg_LIBRARIES PREPEND ThirdParty::)
+    target_link_libraries(${target} PRIVATE ${arg_MODULE} ${arg_LIBRARIES} GTest::gmock)
+    foreach(program IN LISTS arg_PROGRAMS)
+        target_compile_definitions(${target} PRIVATE ${program}_PROGRAM="$<TARGET_FILE:${program}>")
+        add_dependencies(${target} ${program})
+    endforeach()
+    add_test(NAME Desktop.${target}
+        COMMAND ${CMAKE_SOURCE_DIR}/tests/desktop/desktop-session ${arg_SESSION} -- $<TARGET_FILE:${target}>
+        WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
+    set_tests_properties(Desktop.${target} PROPERTIES TIMEOUT 180)
+endfunction()

@@ -12,6 +12,7 @@ find_package(GTest REQUIRED)
 pkg_check_modules(FFmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswresample)
 pkg_check_modules(LinkGrammar REQUIRED IMPORTED_TARGET link-grammar)
 pkg_check_modules(Plist REQUIRED IMPORTED_TARGET libplist-2.0)
+pkg_check_modules(Xcb REQUIRED IMPORTED_TARGET xcb xcb-res xcb-xfixes xcb-xkb xcb-xtest)
 
 function(sorvane_third_party name)
     add_library(ThirdParty::${name} INTERFACE IMPORTED GLOBAL)
@@ -26,6 +27,7 @@ sorvane_third_party(ICU     ICU::i18n ICU::uc)
 sorvane_third_party(FFmpeg  PkgConfig::FFmpeg)
 sorvane_third_party(LinkGrammar PkgConfig::LinkGrammar)
 sorvane_third_party(Plist   PkgConfig::Plist)
+sorvane_third_party(Xcb     PkgConfig::Xcb)
 
 # The thread sanitizer does not understand fences; without these the library orders its memory by its locks and
 # atomics alone.

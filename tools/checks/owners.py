@@ -15,6 +15,7 @@ HEADERS = {
     "LinkGrammar": r"link-grammar/",
     "OpenSSL": r"openssl/",
     "Plist": r"plist/",
+    "Xcb": r"xcb/",
 }
 
 

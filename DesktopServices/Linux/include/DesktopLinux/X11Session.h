@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#pragma once
+
+#include <DesktopServices/Workspace.h>
+#include <PlatformSupport/Awaitable.h>
+
+#include <memory>
+#include <stdexcept>
+
+namespace DesktopLinux {
+
+// $DISPLAY names no display that can be reached.
+class NoDisplayError : public std::runtime_error {
+public:
+    NoDisplayError();
+};
+
+// What a session under X11 offers: its windows, keys and clipboard, over one connection to the display that $DISPLAY
+// names.
+//
+// Main thread only, which is the thread of the executor. Its services are valid as long as it is.
+class X11Session {
+public:
+    // Errors: NoDisplayError
+    explicit X11Session(PlatformSupport::Executor mainThread);
+    X11Session(const X11Session&) = delete;
+    X11Session& operator=(const X11Session&) = delete;
+    ~X11Session();
+
+    DesktopServices::Workspace& workspace();
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace DesktopLinux
