@@ -22,6 +22,9 @@ set(SORVANE_EDGES_SorvanePreparation Ostrel ModelCatalog ModelStore SorvaneClean
 set(SORVANE_EDGES_SorvaneSession  SorvaneCapture SorvaneCleanup SorvaneHistory SorvaneInsertion SorvanePreparation
                                   SorvaneText Ostrel DesktopServices Regex PlatformSupport)
 set(SORVANE_EDGES_SorvaneApp      SorvanePreparation SorvaneCleanup SorvaneText Ostrel ModelCatalog ModelStore MLProgram AudioIO PlatformSupport)
+set(SORVANE_EDGES_SorvaneSurfaces  SorvaneSession PlatformSupport)
+set(SORVANE_EDGES_SorvaneViewModels SorvaneSurfaces SorvaneSession PlatformSupport)
+set(SORVANE_EDGES_SorvaneWindows   SorvaneViewModels SorvaneSurfaces PlatformSupport)
 
 # Which module owns which third-party library; nobody else may include it.
 set(SORVANE_LIBRARIES_PlatformSupport Boost CURL Json)
@@ -35,4 +38,6 @@ set(SORVANE_LIBRARIES_Regex           ICU)
 set(SORVANE_LIBRARIES_SorvaneText     LinkGrammar)
 set(SORVANE_LIBRARIES_SorvaneCleanup  Json)
 set(SORVANE_LIBRARIES_SorvaneHistory  Boost Json ICU Plist)
+set(SORVANE_LIBRARIES_SorvaneViewModels Qt)
+set(SORVANE_LIBRARIES_SorvaneWindows   Qt)
 set(SORVANE_LIBRARIES_SorvaneApp      Boost Json)

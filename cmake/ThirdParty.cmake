@@ -9,6 +9,7 @@ find_package(CURL 7.88 REQUIRED)
 find_package(OpenSSL 3.0 REQUIRED COMPONENTS Crypto)
 find_package(ICU 72 REQUIRED COMPONENTS i18n uc)
 find_package(GTest REQUIRED)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Quick Test Widgets)
 pkg_check_modules(FFmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswresample)
 pkg_check_modules(LinkGrammar REQUIRED IMPORTED_TARGET link-grammar)
 pkg_check_modules(Plist REQUIRED IMPORTED_TARGET libplist-2.0)
@@ -28,6 +29,7 @@ sorvane_third_party(FFmpeg  PkgConfig::FFmpeg)
 sorvane_third_party(LinkGrammar PkgConfig::LinkGrammar)
 sorvane_third_party(Plist   PkgConfig::Plist)
 sorvane_third_party(Xcb     PkgConfig::Xcb)
+sorvane_third_party(Qt      Qt6::Gui Qt6::Quick Qt6::Widgets)
 
 # The thread sanitizer does not understand fences; without these the library orders its memory by its locks and
 # atomics alone.

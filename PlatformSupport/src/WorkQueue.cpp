@@ -6,6 +6,11 @@
 
 namespace PlatformSupport {
 
+WorkQueue::WorkQueue(std::function<void()> onWork)
+    : onWork_(std::move(onWork))
+{
+}
+
 void WorkQueue::post(Work work)
 {
     {
@@ -13,6 +18,8 @@ void WorkQueue::post(Work work)
         if (isClosed_)
             return;
         work_.push_back(std::move(work));
+        if (onWork_)
+            onWork_();
     }
     changed_.notify_one();
 }

@@ -16,6 +16,7 @@ HEADERS = {
     "OpenSSL": r"openssl/",
     "Plist": r"plist/",
     "Xcb": r"xcb/",
+    "Qt": r"Q[A-Z]\w+$",
 }
 
 

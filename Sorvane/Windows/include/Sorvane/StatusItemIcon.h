@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#pragma once
+
+#include <QMenu>
+#include <QObject>
+#include <QSystemTrayIcon>
+
+namespace Sorvane {
+
+class StatusItemViewModel;
+
+// The application's icon in the desktop's tray, with its menu. Where the desktop has no tray it is not seen; it appears
+// when one comes.
+//
+// Main thread. The view model must outlive it.
+class StatusItemIcon : public QObject {
+    Q_OBJECT
+
+public:
+    explicit StatusItemIcon(StatusItemViewModel& model);
+
+    const QMenu& menu() const { return menu_; }
+
+private:
+    void refresh();
+
+    StatusItemViewModel& model_;
+    QMenu menu_;
+    QSystemTrayIcon icon_;
+};
+
+} // namespace Sorvane
