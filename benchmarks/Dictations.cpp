@@ -11,6 +11,7 @@
 #include <Sorvane/DictationController.h>
 #include <Sorvane/LinkGrammarTagger.h>
 
+#include <TemporaryFolder.h>
 #include <unistd.h>
 
 #include <cstdio>
