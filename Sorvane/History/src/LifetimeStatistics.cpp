@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "WordSum.h"
 
+#include <PlatformSupport/Precondition.h>
 #include <Sorvane/LifetimeStatistics.h>
 
 #include <algorithm>
@@ -32,6 +33,19 @@ size_t LifetimeStatistics::include(const Item& item)
     else
         items_[found->second] = item;
     return found->second;
+}
+
+void LifetimeStatistics::takeBack(const PlatformSupport::UUID& id, const std::optional<Contribution>& former)
+{
+    const auto found = places_.find(id);
+    PlatformSupport::precondition(found != places_.end(), "nothing was included under this id");
+    if (former) {
+        items_[found->second].contribution = *former;
+        return;
+    }
+    PlatformSupport::precondition(found->second + 1 == items_.size(), "a later item is taken back first");
+    items_.pop_back();
+    places_.erase(found);
 }
 
 const LifetimeStatistics::Contribution* LifetimeStatistics::find(const PlatformSupport::UUID& id) const

@@ -36,6 +36,23 @@ TEST(LifetimeStatistics, CountEachTranscriptOnce)
     EXPECT_EQ(statistics.find(numberedUUID(3)), nullptr);
 }
 
+TEST(LifetimeStatistics, AreAsBeforeOnceAllIsTakenBack)
+{
+    LifetimeStatistics statistics;
+    statistics.include({ numberedUUID(1), { 1, 1, std::nullopt } });
+    const LifetimeStatistics before = statistics;
+    statistics.include({ numberedUUID(1), { 2, 2, std::nullopt } });
+    statistics.include({ numberedUUID(2), { 3, 3, std::nullopt } });
+    statistics.include({ numberedUUID(2), { 4, 4, std::nullopt } });
+    statistics.takeBack(numberedUUID(2), LifetimeStatistics::Contribution { 3, 3, std::nullopt });
+    EXPECT_EQ(statistics.summary(), (Summary { 5, 2, 5 }));
+    statistics.takeBack(numberedUUID(2), std::nullopt);
+    statistics.takeBack(numberedUUID(1), before.items()[0].contribution);
+    EXPECT_EQ(statistics.items(), before.items());
+    EXPECT_EQ(statistics.find(numberedUUID(2)), nullptr);
+    EXPECT_EQ(statistics.include({ numberedUUID(3), {} }), 1U);
+}
+
 TEST(LifetimeStatistics, CountNoSecondsOfADurationThatIsNone)
 {
     LifetimeStatistics statistics;

@@ -124,12 +124,20 @@ TEST(StoredStatistics, AreAListOfIdsAndContributionsInTurn)
 
 TEST(StoredStatistics, AreTheSameWhetherEncodedAtOnceOrStepByStep)
 {
+    constexpr uint32_t many = 7'000; // some of the blocks that the text is kept in
     LifetimeStatistics statistics;
     StatisticsText text;
-    for (uint32_t i = 0; i < 700; ++i)
-        text.update(statistics, { statistics.include({ numberedUUID(i), { i, i / 7.0, std::nullopt } }) });
-    for (uint32_t i = 0; i < 700; i += 90)
-        text.update(statistics, { statistics.include({ numberedUUID(i), { i * 1'000'000, 0.1, std::nullopt } }) });
+    const auto include = [&](uint32_t number, int64_t words) {
+        return statistics.include({ numberedUUID(number), { words, number / 7.0, std::nullopt } });
+    };
+    for (uint32_t i = 0; i < many; i += 100) {
+        std::vector<size_t> places;
+        for (uint32_t j = i; j < i + 100; ++j)
+            places.push_back(include(j, j));
+        text.update(statistics, places);
+    }
+    for (uint32_t i = 0; i < many; i += 900)
+        text.update(statistics, { include(i, i * 1'000'000) });
     std::string stepwise;
     for (const auto piece : text.pieces())
         stepwise += piece;

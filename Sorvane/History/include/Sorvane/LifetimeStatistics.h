@@ -44,6 +44,10 @@ public:
     // The item's contribution takes the place of the one before. Returns its place among the items.
     size_t include(const Item& item);
 
+    // Undoes the latest include() of an item: `former` is the contribution that it replaced, absent where there was
+    // none. Of several, the latest is taken back first.
+    void takeBack(const PlatformSupport::UUID& id, const std::optional<Contribution>& former);
+
     // In the order in which the transcripts first came; at most one for each.
     const std::vector<Item>& items() const { return items_; }
 
