@@ -4,11 +4,13 @@
 
 #include <PlatformSupport/SystemClock.h>
 
+#include <FileSizeLimit.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <array>
+#include <fstream>
 
 namespace Sorvane {
 
@@ -20,6 +22,12 @@ using testing::MatchesRegex;
 namespace {
 
 constexpr auto processFailed = CleanupFailure::Case::processFailed;
+
+// One and the same.
+class RepeatedUUID final : public PlatformSupport::UUIDSource {
+public:
+    PlatformSupport::UUID next() override { return {}; }
+};
 
 // Time passes by itself; no test here waits for it.
 class CleanupProcessTest : public testing::Test {
@@ -198,6 +206,35 @@ TEST_F(CleanupProcessTest, PassesOnWhyThereIsNoPrivateDirectory)
     EXPECT_THROW(testbed.run(testbed.generator()), std::filesystem::filesystem_error);
     EXPECT_FALSE(std::filesystem::exists(testbed.folders().temporary)); // parents are not created
     EXPECT_FALSE(testbed.hasRun(tool));
+}
+
+TEST_F(CleanupProcessTest, LeavesAloneWhatHasTheNameOfThePrivateDirectory)
+{
+    RepeatedUUID uuids;
+    CleanupProcess process(clock, uuids, testbed.folders());
+    const auto taken = testbed.folders().temporary / "sorvane-cleanup-00000000-0000-0000-0000-000000000000";
+    const auto expectRefused = [&] {
+        const auto run = PlatformSupport::startDetachedTask(
+            testbed.loop.executor(), [&] { return process.run(testbed.generator()); });
+        EXPECT_THROW(testbed.loop.finish(run), std::filesystem::filesystem_error);
+        EXPECT_FALSE(testbed.hasRun(tool));
+    };
+    std::filesystem::create_directory(taken);
+    std::ofstream(taken / "file").close();
+    expectRefused();
+    EXPECT_TRUE(std::filesystem::exists(taken / "file"));
+    std::filesystem::rename(taken, testbed.folders().home / "elsewhere");
+    std::filesystem::create_directory_symlink(testbed.folders().home / "elsewhere", taken);
+    expectRefused();
+    EXPECT_TRUE(std::filesystem::exists(taken / "file"));
+}
+
+TEST_F(CleanupProcessTest, FailsWhereThePromptFindsNoRoom)
+{
+    const TestSupport::FileSizeLimit limit(1'000);
+    EXPECT_EQ(failureOf([&] { testbed.run(testbed.generator(std::string(1'001, 'x'))); }), processFailed);
+    EXPECT_FALSE(testbed.hasRun(tool));
+    EXPECT_THAT(testbed.temporaryFiles(), IsEmpty());
 }
 
 TEST_F(CleanupProcessTest, RunsToolsSideBySide)

@@ -172,6 +172,9 @@ TEST(TokenCount, RefusesEverythingElse)
              "[[1]]", "{}", "null", "[1]\n[end]", "\xFF" }) {
         EXPECT_EQ(failureOf([&] { tokenCount(output); }), Case::invalidOutput) << output;
     }
+    const std::string deep(CleanupProcess::longestOutput / 4, '[');
+    EXPECT_EQ(failureOf([&] { tokenCount(deep); }), Case::invalidOutput);
+    EXPECT_EQ(failureOf([&] { tokenCount(deep + std::string(deep.size(), ']')); }), Case::invalidOutput);
 }
 
 TEST(TokenBudget, IsTheTokensTimesOnePointThreeRoundedUpAnd32)

@@ -44,20 +44,23 @@ TEST(Prompt, NamesTheContext)
 
 TEST(Prompt, AsksForProseAfterASpokenMark)
 {
-    for (const std::string text : { "that is all period", "that is all Full Stop.", "is it question mark?\n",
-             "wow exclamation mark", "wow exclamation point!  " })
+    for (const std::string text :
+        { "that is all period", "that is all Full Stop.", "is it question mark?\n", "wow exclamation mark",
+            "wow exclamation point!  ", "Period", "that is it period?", "no. period.\u00A0\n" })
         EXPECT_EQ(controlLine(text), prose) << text;
 }
 
 TEST(Prompt, AsksForListsWhereTheMarkIsNotAtTheEnd)
 {
-    for (const std::string text : { "the period was long", "a semiperiod", "periods", "a period..", "exclamation" })
+    for (const std::string text : { "the period was long", "a semiperiod", "periods", "a period..", "exclamation",
+             "full  stop", "a period,", "period \xFF" })
         EXPECT_EQ(controlLine(text), lists) << text;
 }
 
 TEST(Prompt, AsksForListsWhereTheSpeakerCounts)
 {
     EXPECT_EQ(controlLine("Number one, buy milk. Number two, call mom period"), lists);
+    EXPECT_EQ(controlLine("First, buy milk, then call mom, then rest period"), prose);
 }
 
 } // namespace Sorvane

@@ -102,6 +102,20 @@ TEST_F(TranscriptCleanupTest, RefusesControlTokens)
     EXPECT_TRUE(asked.empty());
 }
 
+TEST_F(TranscriptCleanupTest, DecidesInOrder)
+{
+    const std::string tooLong = "Original used: transcript is too long for cleanup.";
+    const std::string tokens = "Original used: transcript contains model control tokens.";
+    const std::string longest(16'001, '`');
+    EXPECT_EQ(clean(longest + "<|", Context::general, Enabled::no), original(longest + "<|"));
+    EXPECT_EQ(clean(longest + "<|"), original(longest + "<|", tooLong));
+    EXPECT_EQ(clean("`um` <|"), original("`um` <|", tokens));
+    EXPECT_EQ(clean("um `um`"), original("um `um`"));
+    EXPECT_EQ(clean("um", Context::general, Enabled::no), original("um"));
+    EXPECT_EQ(clean("um < |").text, "Tidy.");
+    EXPECT_EQ(asked.size(), 1u);
+}
+
 TEST_F(TranscriptCleanupTest, DropsWhatIsNothingButHesitation)
 {
     for (const std::string text : { "um, uh... er", "Ummm", " UHHH!? erm…\n", "er" })
@@ -109,6 +123,27 @@ TEST_F(TranscriptCleanupTest, DropsWhatIsNothingButHesitation)
     EXPECT_TRUE(asked.empty());
     for (const std::string text : { "um, actually no", "errr", "umbrella", "uh-huh" })
         EXPECT_EQ(clean(text).text, "Tidy.") << text;
+}
+
+TEST_F(TranscriptCleanupTest, KnowsALongHesitationToo)
+{
+    std::string hesitation;
+    while (hesitation.size() < 15'990)
+        hesitation += "um, uhh erm er ";
+    EXPECT_EQ(clean(hesitation), changed(""));
+    EXPECT_EQ(clean(std::string(15'999, 'm') + "x").text, "Tidy.");
+    EXPECT_EQ(clean("u" + std::string(15'999, 'm')), changed(""));
+    EXPECT_EQ(clean(hesitation + "well").text, "Tidy.");
+    EXPECT_EQ(asked.size(), 2u);
+}
+
+TEST_F(TranscriptCleanupTest, TakesAnyCharacter)
+{
+    for (const std::string& text : { std::string("\0", 1), std::string("a\0b", 3), std::string("\U0001F600\U0001F600"),
+             std::string("\u202Eabc"), std::string("\xED\xA0\x80"), std::string(16'000, '\xFF') }) {
+        EXPECT_EQ(clean(text), changed("Tidy."));
+        EXPECT_EQ(asked.back().first, text);
+    }
 }
 
 TEST_F(TranscriptCleanupTest, KeepsTheOriginalWhenTheModelFails)
@@ -179,6 +214,9 @@ TEST_F(TranscriptCleanupTest, LeavesTheLayoutOfAnEmailToTheModel)
 {
     answer = "Buy milk and call mom.<|im_end|>";
     EXPECT_EQ(clean("number one buy milk number two call mom", Context::email), changed("Buy milk and call mom."));
+    answer = "First, wash the car, then buy milk, then call mom.<|im_end|>";
+    EXPECT_EQ(clean("first, wash the car, then buy milk, then call mom", Context::email),
+        changed("First, wash the car, then buy milk, then call mom."));
 }
 
 TEST_F(TranscriptCleanupTest, TakesTextThatIsNoUTF8)

@@ -77,6 +77,20 @@ TEST(Validation, LimitsTheLengthToTwiceTheOriginals)
     EXPECT_FALSE(accepts(259, 129));
 }
 
+TEST(Validation, CountsNoBlanksAroundTheText)
+{
+    const std::string blanks(1'000, ' ');
+    EXPECT_EQ(validated(blanks + std::string(256, 'x') + blanks + "<|im_end|>" + blanks), std::string(256, 'x'));
+}
+
+TEST(Validation, TakesAnyBytesAndAnyLength)
+{
+    EXPECT_EQ(validated("\xFF\xC0<|im_end|>"), "\xFF\xC0");
+    EXPECT_EQ(validated(std::string("a\0b<|im_end|>", 13)), std::string("a\0b", 3));
+    EXPECT_EQ(validated(std::string(5'000'000, 'x') + "<|im_end|>"), std::nullopt);
+    EXPECT_EQ(validated("a<|im_end|>" + std::string(5'000'000, '\n') + "[end of text]"), "a");
+}
+
 TEST(Validation, CountsBytesAndNotCharacters)
 {
     std::string accents;

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+
 using namespace Sorvane;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -102,6 +104,25 @@ TEST(HistorySection, DependsOnTheTimeZone)
     };
     EXPECT_EQ(title("UTC"), "Today");
     EXPECT_EQ(title("America/Los_Angeles"), "Yesterday");
+}
+
+TEST(HistorySection, CountsDaysAndNotHoursWhereTheClocksAreChanged)
+{
+    const Calendar berlin("en_GB", "Europe/Berlin");
+    const auto titleOf = [&](const char* date, const char* seenFrom) {
+        return HistorySection::grouped({ at(date) }, HistoryOrder::newestFirst, utc(seenFrom), berlin)[0].title;
+    };
+    // Half past midnight on the Monday after: Sunday had 23 hours in March, and 25 in October.
+    for (const auto& [monday, firstOfSunday, lastOfSunday] : std::vector<std::array<const char*, 3>> {
+             { "2026-03-29 22:30:00", "2026-03-28 23:00:00", "2026-03-29 21:59:59" },
+             { "2026-10-25 23:30:00", "2026-10-24 22:00:00", "2026-10-25 22:59:59" } }) {
+        EXPECT_EQ(titleOf(monday, monday), "Today");
+        EXPECT_EQ(titleOf(firstOfSunday, monday), "Yesterday");
+        EXPECT_EQ(titleOf(lastOfSunday, monday), "Yesterday");
+    }
+    EXPECT_EQ(titleOf("2026-03-28 22:59:59", "2026-03-29 22:30:00"), "Previous 7 Days");
+    EXPECT_EQ(titleOf("2026-03-23 00:00:00", "2026-03-29 22:30:00"), "Previous 7 Days"); // Monday a week ago, 1:00
+    EXPECT_EQ(titleOf("2026-03-22 22:59:59", "2026-03-29 22:30:00"), "Previous 30 Days");
 }
 
 TEST(HistorySection, NamesMonthsInTheUsersLanguage)

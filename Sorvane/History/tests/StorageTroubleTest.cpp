@@ -126,6 +126,8 @@ TEST_F(StorageTrouble, WhatCannotBeReadIsKeptAndTheRestLoads)
     fs::create_symlink("loop.json", folder_.path() / "loop.json");
     folder_.write("huge.json", "");
     fs::resize_file(folder_.path() / "huge.json", uintmax_t { 1 } << 40);
+    writeTranscript("surrogate.json", "\\ud800");
+    folder_.write("deep.json", std::string(1'000'000, '['));
     const auto names = folder_.names();
 
     const TranscriptHistory history(folder_.path(), uuids_);
@@ -134,6 +136,35 @@ TEST_F(StorageTrouble, WhatCannotBeReadIsKeptAndTheRestLoads)
     for (const auto& name : names)
         EXPECT_TRUE(folder_.names().contains(name)) << name;
     EXPECT_EQ(folder_.contents("half.json"), R"({"id":"00000000-0000-0000-0000-0000000000AB","te)");
+}
+
+TEST_F(StorageTrouble, ATranscriptHidesNothingThatWouldNotEnd)
+{
+    folder_.write("deep.json",
+        R"({"id":"00000000-0000-0000-0000-0000000000AA","text":"deep","appName":"a","createdAt":1e300,"duration":-1,"x":)"
+            + std::string(1'000'000, '[') + std::string(1'000'000, ']') + "}");
+    const TranscriptHistory history(folder_.path(), uuids_);
+    EXPECT_EQ(texts(history.entries()), "deep\n");
+    EXPECT_EQ(history.lifetimeSummary()->recordingTime, 0);
+    EXPECT_EQ(history.errorMessage(), std::nullopt);
+}
+
+TEST_F(StorageTrouble, TwoFilesOfOneTranscriptAreDeletedTogether)
+{
+    writeTranscript("00000000-0000-0000-0000-0000000000AA.json", "one");
+    writeTranscript("copy.json", "the other");
+    TranscriptHistory history(folder_.path(), uuids_);
+    EXPECT_EQ(history.entries().size(), 2U);
+    EXPECT_EQ(history.lifetimeSummary()->transcripts, 1);
+    try {
+        history.deleteEntries({ history.entries()[0] });
+        FAIL() << "no error";
+    } catch (const HistoryDeletionError& error) {
+        EXPECT_EQ(error.removed(), 1);
+        EXPECT_EQ(error.failed(), 1);
+    }
+    EXPECT_TRUE(history.entries().empty());
+    EXPECT_TRUE(folder_.names().contains("copy.json"));
 }
 
 TEST_F(StorageTrouble, ATranscriptIsReadThroughALink)
@@ -191,6 +222,53 @@ TEST_F(StorageTrouble, CountersBehindADanglingLinkAreNotTakenForNone)
     const TranscriptHistory history(folder_.path(), uuids_);
     EXPECT_NE(history.lifetimeReadError(), nullptr);
     EXPECT_TRUE(fs::is_symlink(folder_.path() / countersFile));
+}
+
+TEST_F(StorageTrouble, CountersThatAreNoFileAreLeftInPeace)
+{
+    const auto expectUnreadable = [&] {
+        TranscriptHistory history(folder_.path(), uuids_);
+        EXPECT_NE(history.lifetimeReadError(), nullptr);
+        EXPECT_EQ(history.errorMessage(), countersMessage);
+        EXPECT_ANY_THROW(history.deleteEntries({}));
+    };
+    const auto counters = folder_.path() / countersFile;
+    ASSERT_EQ(::mkfifo(counters.c_str(), 0600), 0);
+    expectUnreadable();
+    EXPECT_TRUE(fs::is_fifo(counters));
+    fs::remove(counters);
+    fs::create_directory(counters);
+    expectUnreadable();
+    EXPECT_TRUE(fs::is_directory(counters));
+    fs::remove(counters);
+    folder_.write(countersFile, "");
+    fs::resize_file(counters, uintmax_t { 1 } << 40);
+    expectUnreadable();
+    EXPECT_EQ(fs::file_size(counters), uintmax_t { 1 } << 40);
+}
+
+TEST_F(StorageTrouble, TheCauseIsToldThatTheUserCanMend)
+{
+    folder_.write(".app-order.plist", "no property list");
+    folder_.write(countersFile, "no counters");
+    EXPECT_EQ(TranscriptHistory(folder_.path(), uuids_).errorMessage(),
+        "History could not be opened: not a property list of texts");
+    fs::remove(folder_.path() / ".app-order.plist");
+    folder_.write("bad.json", "");
+    EXPECT_EQ(TranscriptHistory(folder_.path(), uuids_).errorMessage(), countersMessage);
+    fs::remove(folder_.path() / countersFile);
+    EXPECT_EQ(TranscriptHistory(folder_.path(), uuids_).errorMessage(), unreadableMessage);
+}
+
+TEST_F(StorageTrouble, AnAppOrderThatIsNoFileIsNotWaitedFor)
+{
+    const auto order = folder_.path() / ".app-order.plist";
+    fs::create_directory(order);
+    EXPECT_EQ(TranscriptHistory(folder_.path(), uuids_).errorMessage(), "History could not be opened: Is a directory");
+    fs::remove(order);
+    ASSERT_EQ(::mkfifo(order.c_str(), 0600), 0);
+    EXPECT_EQ(
+        TranscriptHistory(folder_.path(), uuids_).errorMessage(), "History could not be opened: Invalid argument");
 }
 
 TEST_F(StorageTrouble, AnAppOrderThatIsNoneIsToldAndTheTranscriptsStay)

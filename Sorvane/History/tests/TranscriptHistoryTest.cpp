@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -82,6 +83,33 @@ TEST_F(TranscriptHistoryTest, HoldsTheNewestFirstAndTheEarlierSavedFirstOfTheSam
     history_.save(transcript("third", 3));
     history_.save(transcript("also second", 2));
     EXPECT_EQ(texts(history_.entries()), "third\nsecond\nalso second\nfirst\n");
+}
+
+TEST_F(TranscriptHistoryTest, TakesAClockThatGoesBackwards)
+{
+    for (const char* date :
+        { "2026-01-01 00:00:00", "1970-01-01 00:00:00", "2200-12-31 23:59:59", "2025-12-31 00:00:00" }) {
+        NewTranscript one = transcript(date);
+        one.createdAt = utc(date);
+        history_.save(one);
+    }
+    EXPECT_EQ(texts(history_.entries()),
+        "2200-12-31 23:59:59\n2026-01-01 00:00:00\n2025-12-31 00:00:00\n1970-01-01 00:00:00\n");
+    EXPECT_EQ(reopened().entries(), history_.entries());
+    const auto& activity = history_.lifetimeActivity();
+    EXPECT_TRUE(std::ranges::is_sorted(activity, {}, &TranscriptStatistics::Activity::date));
+    EXPECT_EQ(activity.size(), 4U);
+}
+
+TEST_F(TranscriptHistoryTest, ReadsTheAppOrderAndNeverWritesIt)
+{
+    const std::string order
+        = "<plist version=\"1.0\"><array><string>Mail</string><string>Editor</string></array></plist>";
+    folder_.write(".app-order.plist", order);
+    TranscriptHistory again(folder_.path(), uuids_);
+    EXPECT_THAT(again.appOrder(), ElementsAre("Mail", "Editor"));
+    again.save(transcript("Hello."));
+    EXPECT_EQ(folder_.contents(".app-order.plist"), order);
 }
 
 TEST_F(TranscriptHistoryTest, HasItAllAgainWhenOpenedAnew)

@@ -130,6 +130,19 @@ TEST(ActivityBuckets, HoldTheWordsOfTheirTime)
     EXPECT_EQ(words(bars), 7);
 }
 
+TEST(ActivityBuckets, KeepTheHourThatComesTwiceApart)
+{
+    // Half past two, and an hour later half past two again.
+    const auto bars = buckets({ { utc("2026-10-25 00:30:00"), 1 }, { utc("2026-10-25 01:30:00"), 2 } }, Period::today,
+        utc("2026-10-25 12:00:00"), berlin);
+    ASSERT_EQ(bars.size(), 25U);
+    EXPECT_EQ(bars[2].words, 1);
+    EXPECT_EQ(bars[3].words, 2);
+    const auto spring = buckets(
+        { { utc("2026-03-29 01:00:00"), 4 } }, Period::today, utc("2026-03-29 12:00:00"), berlin); // three o'clock
+    EXPECT_EQ(spring[2].words, 4);
+}
+
 TEST(ActivityBuckets, AreDaysInAWeekAndAMonth)
 {
     const std::vector<Activity> activity { { utc("2026-03-29 10:00:00"), 5 } };
@@ -150,6 +163,15 @@ TEST(ActivityBuckets, AreMonthsFromTheFirstActivityToNowOrBeyond)
     EXPECT_EQ(bars.back(), (Bucket { utc("2025-12-31 23:00:00"), utc("2026-01-31 23:00:00"), 0 }));
     EXPECT_EQ(buckets({ { utc("2026-03-20 12:00:00"), 3 } }, Period::lifetime, now, berlin).size(), 3U);
     EXPECT_EQ(buckets({}, Period::lifetime, now, berlin).size(), 1U);
+}
+
+TEST(ActivityBuckets, CoverAsManyMonthsAsDatesCanLieApart)
+{
+    const auto bars = buckets({ { utc("1678-01-01 12:00:00"), 1 }, { utc("2261-12-31 12:00:00"), 2 } },
+        Period::lifetime, utc("2026-01-15 12:00:00"), berlin);
+    ASSERT_EQ(bars.size(), 584U * 12);
+    EXPECT_EQ(words(bars), 3);
+    EXPECT_EQ(bars.back().words, 2);
 }
 
 TEST(ActivityBuckets, AreNoneWhereTheCalendarHasNoInterval)

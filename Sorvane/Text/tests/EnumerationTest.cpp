@@ -29,6 +29,18 @@ TEST(Enumeration, TakesTwoItemsWithExplicitNumbers)
     EXPECT_EQ(found("number 1 buy milk number 2 call mom;"), expected);
 }
 
+TEST(Enumeration, TakesEachMarkBehindADigitAsExplicit)
+{
+    const Enumeration expected { "", { "Buy milk", "Call mom" } };
+    for (const std::string mark : { ".", ")", ",", ":" }) {
+        EXPECT_EQ(found("1" + mark + "buy milk 2" + mark + " call mom"), expected) << mark;
+        EXPECT_EQ(found("one" + mark + " buy milk two" + mark + " call mom"), std::nullopt) << mark;
+    }
+    EXPECT_EQ(found("1; buy milk 2; call mom"), std::nullopt);
+    EXPECT_EQ(found("1 buy milk 2 call mom"), std::nullopt);
+    EXPECT_EQ(found("And\tnumber\n1 buy milk and  number  2 call mom"), expected);
+}
+
 TEST(Enumeration, TakesPlainNumbersOnlyWithACueAndThreeItems)
 {
     EXPECT_EQ(found("One, buy milk. Two, call mom."), std::nullopt);
@@ -46,6 +58,31 @@ TEST(Enumeration, KnowsTheCues)
         EXPECT_EQ(found(intro + ": one wash, two dry, three fold").value_or(Enumeration {}).intro, intro);
     EXPECT_EQ(found("I need to rest: one wash, two dry, three fold"), std::nullopt);
     EXPECT_EQ(found("A listing: one wash, two dry, three fold"), std::nullopt);
+}
+
+TEST(Enumeration, KnowsEachWordThatAnnouncesActions)
+{
+    for (const std::string word : { "need", "want", "plan", "have", "going", "like" }) {
+        const std::string intro = "You " + word + " to";
+        EXPECT_EQ(found(intro + " one wash two dry three fold").value_or(Enumeration {}).intro, intro);
+        EXPECT_EQ(found(intro + "  buy it two call it three write it"),
+            (Enumeration { intro, { "Buy it", "Call it", "Write it" } }));
+    }
+    EXPECT_EQ(found("You mean to one wash two dry three fold"), std::nullopt);
+    EXPECT_EQ(found("You mean to buy it two call it three write it"), std::nullopt);
+}
+
+TEST(Enumeration, LooksForTheAnnouncementInTheFirstLine)
+{
+    EXPECT_EQ(found("Well,\nI need to buy it two call it three write it"), std::nullopt);
+    EXPECT_TRUE(found("Well, I need to buy it two call it\nthree write it"));
+}
+
+TEST(Enumeration, TrimsBlanksAndMarks)
+{
+    EXPECT_EQ(found("\t. List,;:.\n number one milk \n\t.,;number two mom;, \t.\n"),
+        (Enumeration { "List", { "Milk", "Mom" } }));
+    EXPECT_EQ(found("!list: number one milk: number two mom!"), (Enumeration { "!list", { "Milk:", "Mom!" } }));
 }
 
 TEST(Enumeration, WantsAllNumbersExplicitOrACue)
@@ -79,6 +116,16 @@ TEST(Enumeration, DoesNotTakeNumbersInsideOthers)
     EXPECT_EQ(found("version 3.1. a and v1. b and 12. c"), std::nullopt);
     EXPECT_EQ(found("1. update to 2.2 now 2. rest"), (Enumeration { "", { "Update to 2.2 now", "Rest" } }));
     EXPECT_EQ(found("1. 5 apples"), std::nullopt); // no letter behind the number
+    for (const std::string before : { "a", "_", "9", ".", "\u00E9" })
+        EXPECT_EQ(found(before + "1. wash 2. dry"), std::nullopt) << before;
+    for (const std::string before : { "(", "-", "\U0001F600", "\u201D" })
+        EXPECT_EQ(found(before + "1. wash 2. dry").value_or(Enumeration {}).intro, before);
+}
+
+TEST(Enumeration, PassesOverALetterThatOnlyResemblesAnother)
+{
+    // A long s matches an "s" in either case, and yet this is no number.
+    EXPECT_EQ(found("1. a 2. b 3. c 4. d 5. e \u017Fix. f")->items, (Items { "A", "B", "C", "D", "E \u017Fix. f" }));
 }
 
 TEST(Enumeration, ReachesTenAndNoFurther)
@@ -124,6 +171,24 @@ TEST(Enumeration, TakesBrokenTextAsItComes)
 {
     EXPECT_EQ(found("\xff 1. Buy\xe2\x82 2. call")->items, (Items { "Buy\uFFFD", "Call" }));
     EXPECT_EQ(found(""), std::nullopt);
+    EXPECT_EQ(found(std::string("1. a\0 2. b", 10))->items, (Items { std::string("A\0", 2), "B" }));
+    EXPECT_EQ(found("1. \u202Eabc 2. b"), std::nullopt); // what turns the writing round is no letter
+}
+
+TEST(Enumeration, IsNotMisledByTextMadeToBeSlow)
+{
+    const auto repeated = [](const std::string& piece) {
+        std::string text;
+        while (text.size() + piece.size() <= 16'000)
+            text += piece;
+        return text;
+    };
+    for (const std::string piece :
+        { "and ", "number ", "and number ", "one ", "1.", " ", "need to ", "need  ", "\U0001F600" })
+        EXPECT_EQ(found(repeated(piece)), std::nullopt) << piece;
+    EXPECT_TRUE(found(repeated("and number ") + "one a number two b"));
+    EXPECT_TRUE(found("number one a number two b" + std::string(16'000, ' ')));
+    EXPECT_TRUE(found("number one" + std::string(16'000, ' ') + "a number two b"));
 }
 
 } // namespace

@@ -38,6 +38,20 @@ TEST(NeedsVerbatim, SeesThatTheSpeakerTalksAboutAWord)
     EXPECT_FALSE(needsVerbatim("the words are umbrella and commas"));
 }
 
+TEST(NeedsVerbatim, KnowsEachWordForWordsAndEachThatCleaningTakesAway)
+{
+    for (const std::string talk : { "word", "label", "phrase", "term", "meaning", "explain", "define" }) {
+        for (const std::string taken : { "um", "uh", "comma", "question mark", "period" }) {
+            EXPECT_TRUE(needsVerbatim("the " + talk + " is " + taken + " here")) << talk << ", " << taken;
+            EXPECT_FALSE(needsVerbatim("the " + talk + "s are " + taken + " here")) << talk << ", " << taken;
+            EXPECT_FALSE(needsVerbatim("the " + talk + " is " + taken + "s here")) << talk << ", " << taken;
+        }
+    }
+    EXPECT_TRUE(needsVerbatim("word-um"));
+    EXPECT_FALSE(needsVerbatim("the word question  mark")); // one blank between the two
+    EXPECT_FALSE(needsVerbatim("the word is full stop"));
+}
+
 TEST(NeedsVerbatim, LooksForTheWordInItsOwnLine)
 {
     EXPECT_FALSE(needsVerbatim("define the word\num, no"));

@@ -72,6 +72,31 @@ TEST(RestoringLayout, WantsAnIntroForASentence)
     EXPECT_EQ(list.restoringLayout("Buy oat milk and call mom.", tagger), "1. Buy milk\n2. Call mom");
 }
 
+TEST(RestoringLayout, TakesNoWordThatSaysNothingForACommonOne)
+{
+    for (const std::string word : { "a", "an", "the", "and", "or", "to", "of", "at", "in", "on", "for", "um", "uh" }) {
+        const Enumeration list { "List", { word + " milk", "Bread" } };
+        EXPECT_EQ(list.restoringLayout("List " + word + " beer, bread", tagger), list.render(list.items)) << word;
+    }
+    const Enumeration list { "List", { "My milk", "Bread" } };
+    EXPECT_EQ(list.restoringLayout("List my beer; Bread", tagger), "List:\n1. My beer\n2. Bread");
+}
+
+TEST(RestoringLayout, TakesALineOfAnyMark)
+{
+    const Enumeration list { "", { "A", "B", "C", "D", "E" } };
+    EXPECT_EQ(list.restoringLayout("- a\u2028\t* b\n\u2022\tc\r\n12. d\n 7)  e\n8: f\n9.g\n-h\n+ i\n\t \n", tagger),
+        "1. a\n2. b\n3. c\n4. d\n5. e");
+}
+
+TEST(RestoringLayout, KeepsItsIntroWhateverTheModelMadeOfIt)
+{
+    EXPECT_EQ(chores.restoringLayout("You should:\n1. Buy milk\n2. Call mom\n3. Rest", tagger),
+        "I need to:\n1. Buy milk\n2. Call mom\n3. Rest");
+    EXPECT_EQ(chores.restoringLayout("1. Buy milk\n2. Call mom\n3. Rest", tagger),
+        "I need to:\n1. Buy milk\n2. Call mom\n3. Rest");
+}
+
 TEST(RestoringLayout, KeepsItsItemsIfTheLinesAreTooMany)
 {
     EXPECT_EQ(chores.restoringLayout("- Buy milk\n- Call mom\n- Write\n- Sleep", tagger), own);

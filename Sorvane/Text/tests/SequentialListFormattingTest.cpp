@@ -103,6 +103,19 @@ TEST(SequentialListFormatting, DistrustsOtherSteps)
         EXPECT_EQ(restoringLayout(cleaned, original), cleaned);
 }
 
+TEST(SequentialListFormatting, TakesNoWordThatSaysNothingForACommonOne)
+{
+    for (const std::string word : { "I", "we", "you", "the", "a", "an", "to", "and", "also", "have", "got", "gotta",
+             "need", "for", "of", "um", "uh" }) {
+        const std::string original = "First, we wash " + word + " cars, then buy milk, then call mom";
+        const std::string cleaned = "First, clean " + word + " floors, then buy milk, then call mom";
+        EXPECT_EQ(restoringLayout(cleaned, original), cleaned) << word;
+    }
+    EXPECT_EQ(restoringLayout("First, clean my floors, then buy milk, then call mom",
+                  "First, we wash my cars, then buy milk, then call mom"),
+        "1. Clean my floors\n2. Buy milk\n3. Call mom");
+}
+
 TEST(SequentialListFormatting, TrimsBlanksAndMarks)
 {
     EXPECT_EQ(layout("First, ;\u00A0wash it: , then. dry it \t; then fold it.."), "1. Wash it\n2. Dry it\n3. Fold it");
@@ -112,6 +125,19 @@ TEST(SequentialListFormatting, TakesBrokenTextAsItComes)
 {
     EXPECT_EQ(layout("\xff wash it and then dry \xe2\x82it and then fold it"),
         "1. \uFFFD wash it\n2. Dry \uFFFDit\n3. Fold it");
+    expectProse(std::string("\0 then \0 and then \0", 20));
+    expectProse("\U0001F600 and then \U0001F600 and then \U0001F600");
+}
+
+TEST(SequentialListFormatting, TakesTextThatIsSequenceThroughout)
+{
+    std::string text = "First, wash it";
+    std::string expected = "1. Wash it";
+    for (int step = 2; text.size() < 15'900; ++step) {
+        text += " and then dry it";
+        expected += "\n" + std::to_string(step) + ". Dry it";
+    }
+    EXPECT_EQ(layout(text), expected);
 }
 
 } // namespace
