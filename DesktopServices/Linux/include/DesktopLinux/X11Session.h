@@ -2,8 +2,11 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include <DesktopServices/HotKey.h>
+#include <DesktopServices/KeyEvents.h>
+#include <DesktopServices/Pasteboard.h>
 #include <DesktopServices/Workspace.h>
-#include <PlatformSupport/Awaitable.h>
+#include <PlatformSupport/Clock.h>
 
 #include <memory>
 #include <stdexcept>
@@ -23,12 +26,15 @@ public:
 class X11Session {
 public:
     // Errors: NoDisplayError
-    explicit X11Session(PlatformSupport::Executor mainThread);
+    X11Session(const PlatformSupport::Executor& mainThread, PlatformSupport::Clock& clock);
     X11Session(const X11Session&) = delete;
     X11Session& operator=(const X11Session&) = delete;
     ~X11Session();
 
     DesktopServices::Workspace& workspace();
+    DesktopServices::HotKey& hotKey();
+    DesktopServices::KeyEvents& keyEvents();
+    DesktopServices::Pasteboard& pasteboard();
 
 private:
     struct Parts;

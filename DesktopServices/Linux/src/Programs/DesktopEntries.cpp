@@ -148,6 +148,8 @@ std::optional<DesktopEntry> parseDesktopEntry(
         isHidden = isHidden || (key == "Hidden" && value == "true");
         if (key == "StartupWMClass")
             entry.windowClass = unescaped(value);
+        if (key == "Categories")
+            entry.isTerminal = value.find("TerminalEmulator") != value.npos;
         if (key == "Exec")
             entry.program = programOf(value);
     });

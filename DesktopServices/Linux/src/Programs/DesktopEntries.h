@@ -17,6 +17,7 @@ struct DesktopEntry {
     std::string identifier; // the file's name without its ending, such as "org.mozilla.firefox"
     std::string name; // in the user's language
     std::string windowClass; // of its windows, if the file names one
+    bool isTerminal = false; // by its categories
     std::string program; // what it runs: the name of the executable, without its folder
 };
 

@@ -97,6 +97,21 @@ const DesktopEntry* findEntry(XConnection& connection, DesktopEntries& entries, 
     return entries.withProgram(executableOf(process).filename().string());
 }
 
+// The terminals from before there was a clipboard, by the class of their windows.
+constexpr std::array<std::string_view, 4> selectionTerminals { "xterm", "uxterm", "urxvt", "rxvt" };
+
+// Other terminals that are often used without a desktop file.
+constexpr std::array<std::string_view, 5> terminals { "alacritty", "kitty", "st-256color", "foot", "ghostty" };
+
+PasteHabit pasteHabit(const DesktopEntry* entry, const std::string& windowClass)
+{
+    const auto isIn
+        = [&](const auto& table) { return std::ranges::find(table, lowercased(windowClass)) != table.end(); };
+    if (isIn(selectionTerminals))
+        return PasteHabit::selectionOnly;
+    return (entry && entry->isTerminal) || isIn(terminals) ? PasteHabit::terminal : PasteHabit::ordinary;
+}
+
 } // namespace
 
 std::optional<ProcessRun> processOfWindow(XConnection& connection, xcb_window_t window)
@@ -114,14 +129,16 @@ ApplicationIdentity identify(
     XConnection& connection, DesktopEntries& entries, xcb_window_t window, const ProcessRun& process)
 {
     if (process.identifier == ::getpid())
-        return { "Sorvane", std::string(ownIdentifier) };
+        return { "Sorvane", std::string(ownIdentifier), PasteHabit::ordinary };
     const auto names = windowClass(connection, window);
-    if (const auto* entry = findEntry(connection, entries, window, names, process))
-        return { entry->name, entry->identifier };
+    const auto* entry = findEntry(connection, entries, window, names, process);
+    const auto habit = pasteHabit(entry, names.name);
+    if (entry)
+        return { entry->name, entry->identifier, habit };
     const auto name = names.name.empty() ? executableOf(process).filename().string() : names.name;
     if (name.empty())
         return {};
-    return { name, lowercased(name) };
+    return { name, lowercased(name), habit };
 }
 
 } // namespace DesktopLinux

@@ -14,10 +14,18 @@ namespace DesktopLinux {
 // How this program is called wherever programs are identified.
 inline constexpr std::string_view ownIdentifier = "com.nerith.sorvane";
 
+// With which chord a program pastes.
+enum class PasteHabit {
+    ordinary, // Control-V
+    terminal, // Control-Shift-V: Control-V is for the program in it
+    selectionOnly, // Shift-Insert, of what is selected elsewhere instead of the clipboard
+};
+
 // Who a program is.
 struct ApplicationIdentity {
     std::optional<std::string> name; // in the user's language
     std::optional<std::string> identifier; // of its desktop file
+    PasteHabit pasteHabit = PasteHabit::ordinary;
 };
 
 // The process behind a window. The X server tells it where it can, as it knows better than the program; otherwise the

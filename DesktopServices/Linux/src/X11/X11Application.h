@@ -30,6 +30,7 @@ public:
     DesktopServices::ProcessIdentifier processIdentifier() const override { return process_.identifier; }
     std::optional<std::string> localizedName() const override { return identity_.name; }
     std::optional<std::string> bundleIdentifier() const override { return identity_.identifier; }
+    PasteHabit pasteHabit() const { return identity_.pasteHabit; }
     bool isTerminated() const override { return !isRunning(process_); }
     bool isBuiltOnElectron() const override { return bringsBrowserEngine(process_); }
     void activate() override

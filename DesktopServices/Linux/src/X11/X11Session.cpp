@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "X11/Keyboard.h"
+#include "X11/X11HotKey.h"
+#include "X11/X11KeyEvents.h"
+#include "X11/X11Pasteboard.h"
 #include "X11/X11Workspace.h"
 #include "X11/XConnection.h"
 
 #include <DesktopLinux/X11Session.h>
-
-#include <utility>
 
 namespace DesktopLinux {
 
@@ -15,17 +17,23 @@ NoDisplayError::NoDisplayError()
 }
 
 struct X11Session::Parts {
-    explicit Parts(PlatformSupport::Executor mainThread)
-        : connection(std::move(mainThread))
+    Parts(const PlatformSupport::Executor& mainThread, PlatformSupport::Clock& clock)
+        : connection(mainThread)
+        , pasteboard(connection, mainThread, clock)
+        , keyEvents(keyboard, workspace, pasteboard, clock)
     {
     }
 
     XConnection connection;
     X11Workspace workspace { connection };
+    Keyboard keyboard { connection };
+    X11HotKey hotKey { connection, keyboard };
+    X11Pasteboard pasteboard;
+    X11KeyEvents keyEvents;
 };
 
-X11Session::X11Session(PlatformSupport::Executor mainThread)
-    : parts_(std::make_unique<Parts>(std::move(mainThread)))
+X11Session::X11Session(const PlatformSupport::Executor& mainThread, PlatformSupport::Clock& clock)
+    : parts_(std::make_unique<Parts>(mainThread, clock))
 {
 }
 
@@ -34,6 +42,21 @@ X11Session::~X11Session() = default;
 DesktopServices::Workspace& X11Session::workspace()
 {
     return parts_->workspace;
+}
+
+DesktopServices::HotKey& X11Session::hotKey()
+{
+    return parts_->hotKey;
+}
+
+DesktopServices::KeyEvents& X11Session::keyEvents()
+{
+    return parts_->keyEvents;
+}
+
+DesktopServices::Pasteboard& X11Session::pasteboard()
+{
+    return parts_->pasteboard;
 }
 
 } // namespace DesktopLinux

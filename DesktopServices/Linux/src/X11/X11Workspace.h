@@ -28,11 +28,12 @@ public:
     Subscription observeActivation(ActivationHandler handler) override;
     DesktopServices::ProcessIdentifier ownProcessIdentifier() const override;
 
+    std::shared_ptr<X11Application> frontmost() const;
+
     // Asks the window manager to bring the program's window to the front that was there last.
     void activate(const ProcessRun& process, xcb_window_t latestWindow);
 
 private:
-    std::shared_ptr<X11Application> frontmost() const;
     std::shared_ptr<X11Application> application(const ProcessRun& process, xcb_window_t window) const;
     xcb_window_t topmostWindow(const ProcessRun& process);
     void activeWindowChanged();

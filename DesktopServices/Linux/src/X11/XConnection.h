@@ -84,13 +84,11 @@ public:
     // Called for each event from now on, in order, by the main loop, errors (response type 0) included.
     [[nodiscard]] Subscription observe(Handler handler);
 
-    // The events that have arrived, but were not handed out yet.
-    template <typename Predicate> const xcb_generic_event_t* waitingEvent(Predicate isWanted) const
+    // Shows the events that have arrived, but were not handed out yet.
+    template <typename Visitor> void visitWaiting(Visitor visit) const
     {
         for (const auto& event : events_)
-            if (isWanted(*event))
-                return event.get();
-        return nullptr;
+            visit(*event);
     }
 
     xcb_atom_t atom(std::string_view name); // made if there is none; none if the server does not answer

@@ -21,6 +21,7 @@ struct Display {
     xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
     xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     Handler handler; // of the events that nobody waits for
+    std::deque<std::string> keys; // that were pressed
 
     xcb_atom_t atom(const std::string& name) const
     {
@@ -61,8 +62,12 @@ struct Display {
             std::exit(1);
     }
 
-    void handle(const xcb_generic_event_t& event) const
+    void handle(const xcb_generic_event_t& event)
     {
+        if ((event.response_type & 0x7f) == XCB_KEY_PRESS) {
+            const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(event);
+            keys.push_back(std::to_string(press.detail) + " " + std::to_string(press.state));
+        }
         if (handler)
             handler(event);
         xcb_flush(connection);

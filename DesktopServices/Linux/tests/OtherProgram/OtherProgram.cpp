@@ -9,9 +9,9 @@
 //     close                 that window
 //     grab KEYCODE STATE    a key of the whole display: "granted" or "refused"
 //     grab-server           nobody else is answered until this program ends
-//     key                   waits for the next press of a key in the window: "KEYCODE STATE"
+//     key                   the next press of a key in the window, waited for: "KEYCODE STATE"
 //
-// Clipboard commands stand in Clipboard.cpp.
+// What it does with the clipboard stands in Clipboard.h.
 
 #include "Clipboard.h"
 
@@ -60,14 +60,13 @@ std::string grabKey(Display& display, Arguments& arguments)
 
 std::string nextKey(Display& display)
 {
-    std::string key;
-    display.waitFor([&](const xcb_generic_event_t& event) {
-        if ((event.response_type & 0x7f) != XCB_KEY_PRESS)
-            return false;
-        const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(event);
-        key = std::to_string(press.detail) + " " + std::to_string(press.state);
-        return true;
-    });
+    while (display.keys.empty())
+        display.waitFor([&](const xcb_generic_event_t& event) {
+            display.handle(event);
+            return true;
+        });
+    const auto key = display.keys.front();
+    display.keys.pop_front();
     return key;
 }
 

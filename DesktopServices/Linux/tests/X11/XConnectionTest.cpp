@@ -115,7 +115,7 @@ TEST_F(XConnectionTest, IsRefusedWithoutADisplay)
 {
     const std::string display = std::getenv("DISPLAY");
     ::setenv("DISPLAY", ":98765", 1);
-    EXPECT_THROW(X11Session { loop.executor() }, NoDisplayError);
+    EXPECT_THROW(X11Session(loop.executor(), clock), NoDisplayError);
     ::setenv("DISPLAY", display.c_str(), 1);
 }
 

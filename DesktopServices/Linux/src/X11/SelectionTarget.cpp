@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "X11/SelectionTarget.h"
+
+#include <DesktopServices/Pasteboard.h>
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+namespace DesktopLinux {
+
+namespace {
+
+constexpr std::string_view utf8 = "UTF8_STRING";
+constexpr std::string_view as = " as ";
+
+constexpr std::array<std::string_view, 8> noContents { "TARGETS", "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "DELETE",
+    "INSERT_SELECTION", "INSERT_PROPERTY", "GTK_TEXT_BUFFER_CONTENTS" };
+
+SharedBytes bytesOf(std::string_view text)
+{
+    const auto bytes = std::as_bytes(std::span(text));
+    return std::make_shared<std::vector<std::byte>>(bytes.begin(), bytes.end());
+}
+
+bool isASCII(std::string_view text)
+{
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+} // namespace
+
+std::string pasteboardType(const SelectionTarget& target)
+{
+    if (target.name == utf8 && target.type == utf8 && target.format == 8)
+        return std::string(DesktopServices::pasteboardStringType);
+    std::string name = target.name;
+    if (target.type != target.name || target.format != 8)
+        name.append(as).append(target.type);
+    if (target.format != 8)
+        name.append("/").append(std::to_string(target.format));
+    return name;
+}
+
+std::optional<SelectionTarget> targetOfPasteboardType(std::string_view type)
+{
+    if (type == DesktopServices::pasteboardStringType)
+        return SelectionTarget { std::string(utf8), std::string(utf8), 8, nullptr };
+    SelectionTarget target { std::string(type), std::string(type), 8, nullptr };
+    if (const auto end = type.rfind(as); end != type.npos) {
+        target.name = type.substr(0, end);
+        target.type = type.substr(end + as.size());
+        for (const std::uint8_t format : { 16, 32 }) {
+            const auto ending = "/" + std::to_string(format);
+            if (target.type.ends_with(ending)) {
+                target.type.resize(target.type.size() - ending.size());
+                target.format = format;
+            }
+        }
+    }
+    return target.name.empty() || target.type.empty() ? std::nullopt : std::optional(target);
+}
+
+bool isNoContent(std::string_view target)
+{
+    return std::ranges::find(noContents, target) != noContents.end();
+}
+
+std::vector<SelectionTarget> targetsOfText(std::string_view text)
+{
+    const auto bytes = bytesOf(text);
+    std::vector<SelectionTarget> targets {
+        { std::string(utf8), std::string(utf8), 8, bytes },
+        { "text/plain;charset=utf-8", "text/plain;charset=utf-8", 8, bytes },
+        { "text/plain", "text/plain", 8, bytes },
+        { "TEXT", std::string(utf8), 8, bytes },
+    };
+    if (isASCII(text)) // it is Latin-1
+        targets.push_back({ "STRING", "STRING", 8, bytes });
+    return targets;
+}
+
+} // namespace DesktopLinux
