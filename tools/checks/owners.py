@@ -15,6 +15,7 @@ HEADERS = {
     "LinkGrammar": r"link-grammar/",
     "OpenSSL": r"openssl/",
     "Plist": r"plist/",
+    "Pulse": r"pulse/",
     "Xcb": r"xcb/",
     "Qt": r"Q[A-Z]\w+$",
 }
