@@ -154,6 +154,7 @@ TEST_F(ControllerTest, TellsItsObserversOfTheNotice)
 TEST_F(ControllerTest, StoresATranscriptWithWhereAndWhenItWasSpoken)
 {
     stage_.desktop.bringToFront(stage_.application("Browser"));
+    stage_.pass(1h);
     const auto start = stage_.clock.date();
     stage_.desktop.hotKey.press();
     stage_.desktop.hotKey.release();
@@ -180,6 +181,32 @@ TEST_F(ControllerTest, StoresATranscriptBeforeAnythingElseIsDoneToIt)
     EXPECT_EQ(controller().transcript(), "Good morning.");
     EXPECT_TRUE(controller().savedToHistory());
     EXPECT_EQ(controller().history().entries().size(), 1U);
+}
+
+TEST_F(ControllerTest, ForgetsTheLastDictationWhenTheNextOneBegins)
+{
+    speakAndStop();
+    stage_.pass(1s);
+    EXPECT_TRUE(controller().savedToHistory());
+    EXPECT_EQ(controller().elapsed(), 1);
+    stage_.desktop.hotKey.press();
+    EXPECT_FALSE(controller().savedToHistory());
+    EXPECT_EQ(controller().elapsed(), 0);
+    EXPECT_EQ(controller().transcript(), "");
+    EXPECT_EQ(controller().completion().state(), Notice::hidden);
+}
+
+TEST_F(ControllerTest, MeasuresARecordingInOnePlaceAtATime)
+{
+    stage_.desktop.hotKey.press();
+    stage_.loop.turn();
+    controller().pause();
+    controller().resume();
+    stage_.loop.turn();
+    EXPECT_EQ(stage_.clock.sleepers(), 1U);
+    controller().pause();
+    stage_.loop.turn();
+    EXPECT_EQ(stage_.clock.sleepers(), 0U);
 }
 
 TEST_F(ControllerTest, SwitchesOnTheElementsOfWhatComesToTheFront)

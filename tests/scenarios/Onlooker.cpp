@@ -89,9 +89,9 @@ Onlooker::Onlooker(Stage& stage)
     stage_.controller->phaseChanged = [this] { followPhase(); };
 }
 
-void Onlooker::falls(bool silent)
+void Onlooker::setSilent(bool isSilent)
 {
-    isSilent_ = silent;
+    isSilent_ = isSilent;
     stage_.engine->words = isSilent_ ? "" : words_;
 }
 
@@ -213,6 +213,7 @@ void Onlooker::lookAtEnd(const std::string& status) const
     const Notice notice = controller().completion().state();
     if (status != "Dictation canceled.") {
         EXPECT_EQ(isStored_, isDelivered) << status;
+        EXPECT_EQ(controller().savedToHistory(), isStored_) << status;
         EXPECT_EQ(isInserted_, isInsertion(status)) << status;
     }
     if (isDelivered) {

@@ -26,7 +26,7 @@ public:
 
     // What the user does that cannot be seen otherwise.
     void copied(const std::string& text) { clipboard_ = text; }
-    void falls(bool silent);
+    void setSilent(bool isSilent); // nothing is heard of what is said
 
     const std::string& words() const { return words_; } // of the latest dictation
 

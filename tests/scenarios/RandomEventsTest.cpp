@@ -132,7 +132,7 @@ private:
         desktop().pasteboard.setString("", DesktopServices::pasteboardStringType); // which may fail once more
         stage_.engine->failure.reset();
         stage_.cleanup.failure = nullptr;
-        onlooker_.falls(false);
+        onlooker_.setSilent(false);
         controller().onboardingVisible = false;
         controller().setMode(Sorvane::ActivationMode::toggle);
         controller().setPreviewBeforeInsert(false);
@@ -170,7 +170,7 @@ const std::vector<Chaos::Event> Chaos::events_ {
 
     // Voice and time
     { 30, [](Chaos& it) { it.stage_.speakSamples(it.pick(30'000)); } },
-    { 1, [](Chaos& it) { it.onlooker_.falls(it.isRare()); } },
+    { 1, [](Chaos& it) { it.onlooker_.setSilent(it.isRare()); } },
     { 20, [](Chaos& it) { it.passTime(); } },
 
     // Settings
