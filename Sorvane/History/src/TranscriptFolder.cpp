@@ -78,30 +78,30 @@ void TranscriptFolder::create() const
         throw fs::filesystem_error("cannot create folder", path_, std::error_code(errno, std::generic_category()));
 }
 
-std::vector<fs::path> TranscriptFolder::list() const
+std::vector<std::string> TranscriptFolder::list() const
 {
-    std::vector<fs::path> files;
+    std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(path_)) {
-        const std::string name = entry.path().filename();
+        std::string name = entry.path().filename();
         if (PlatformSupport::isUnfinishedReplacement(name))
             removeFile(entry.path());
-        else if (!name.starts_with('.') && entry.path().extension() == ".json")
-            files.push_back(entry.path());
+        else if (!name.starts_with('.') && name.ends_with(".json"))
+            names.push_back(std::move(name));
     }
-    std::ranges::sort(files);
-    return files;
+    std::ranges::sort(names);
+    return names;
 }
 
-TranscriptFolder::Contents TranscriptFolder::readAll(const std::vector<fs::path>& files)
+TranscriptFolder::Contents TranscriptFolder::readAll(const std::vector<std::string>& names) const
 {
-    std::vector<std::optional<StoredTranscript>> read(files.size());
+    std::vector<std::optional<StoredTranscript>> read(names.size());
     std::atomic<size_t> next = 0;
     const auto readSome = [&] {
-        for (size_t i = next++; i < files.size(); i = next++)
-            read[i] = readTranscript(files[i]);
+        for (size_t i = next++; i < names.size(); i = next++)
+            read[i] = readTranscript(path_ / names[i]);
     };
     {
-        const auto helpers = startHelpers(files.size(), readSome);
+        const auto helpers = startHelpers(names.size(), readSome);
         readSome();
     }
     Contents contents;

@@ -7,6 +7,7 @@
 #include <Sorvane/TranscriptEntry.h>
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
 namespace Sorvane {
@@ -25,9 +26,9 @@ public:
     // Makes the folder, with its parents, where there is none. Throws std::filesystem::filesystem_error.
     void create() const;
 
-    // The files that hold transcripts, in the order of their names. Removes what an ended process left unfinished.
+    // The names of the files that hold transcripts, in their order. Removes what an ended process left unfinished.
     // Throws std::filesystem::filesystem_error.
-    std::vector<std::filesystem::path> list() const;
+    std::vector<std::string> list() const;
 
     struct Contents {
         std::vector<StoredTranscript> transcripts; // in the order of the files
@@ -35,7 +36,7 @@ public:
     };
 
     // Several threads share the work.
-    static Contents readAll(const std::vector<std::filesystem::path>& files);
+    Contents readAll(const std::vector<std::string>& names) const;
 
     // Throws std::filesystem::filesystem_error.
     void write(const TranscriptEntry& entry) const;

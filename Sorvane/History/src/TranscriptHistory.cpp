@@ -106,7 +106,7 @@ void TranscriptHistory::open()
 void TranscriptHistory::readFolder()
 {
     folder_->create();
-    auto [transcripts, isComplete] = TranscriptFolder::readAll(folder_->list());
+    auto [transcripts, isComplete] = folder_->readAll(folder_->list());
     if (!isComplete)
         errorMessage_ = unreadableTranscripts;
     std::ranges::stable_sort(
