@@ -108,7 +108,8 @@ int checkCleanup()
                       "No audio recorded or text inserted.");
             return 0;
         }
-        std::printf("Synthetic model response: %s\n", response.c_str());
+        const std::string said = "Synthetic model response: " + response + "\n";
+        std::fwrite(said.data(), 1, said.size(), stdout); // the whole of it, whatever bytes it holds
         throw CleanupFailure(CleanupFailure::Case::invalidOutput);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "Cleanup check failed: %s\n", error.what());

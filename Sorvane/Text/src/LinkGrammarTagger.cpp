@@ -14,7 +14,7 @@ namespace Sorvane {
 
 namespace {
 
-// An imperative shows in the first words; more of them cost time and teach nothing.
+// An imperative shows in the first words; more of them cost time and teach nothing. Interjections do not count.
 constexpr size_t mostWords = 6;
 
 // What people say before they begin. The dictionary has few of these, and some of them as other words.
@@ -24,6 +24,16 @@ bool isInterjection(std::string_view word)
         "hi", "hm", "hmm", "mhm", "mm", "oh", "ok", "okay", "ooh", "oops", "ouch", "phew", "ugh", "uh", "um", "whoa",
         "wow", "yeah", "yep", "yes", "yikes", "yo" };
     return std::ranges::find(interjections, Regex::lowercased(word)) != interjections.end();
+}
+
+// The sentence's words up to the last that is looked at.
+std::vector<Regex::Word> firstWords(std::string_view sentence)
+{
+    auto words = Regex::words(sentence, "en");
+    size_t counted = 0;
+    const auto isBeyond = [&](const Regex::Word& word) { return !isInterjection(word.text) && ++counted > mostWords; };
+    words.erase(std::ranges::find_if(words, isBeyond), words.end());
+    return words;
 }
 
 // The subscript tells: "buy.v", "bought.v-d", "frobnicate[?].v". Auxiliaries with "not" have none.
@@ -56,14 +66,13 @@ LinkGrammarTagger::~LinkGrammarTagger() = default;
 
 std::vector<LexicalClass> LinkGrammarTagger::classesOfWords(std::string_view sentence) const
 {
-    auto words = Regex::words(sentence, "en");
-    words.resize(std::min(words.size(), mostWords));
-    std::string parsed; // the words alone, with blanks instead of interjections
+    const auto words = firstWords(sentence);
+    std::string parsed; // the words alone, without the interjections
     std::vector<size_t> starts;
     for (const auto& word : words) {
         starts.push_back(parsed.size());
-        parsed += isInterjection(word.text) ? std::string(word.text.size(), ' ') : std::string(word.text);
-        parsed += ' ';
+        if (!isInterjection(word.text))
+            parsed.append(word.text).append(" ");
     }
     const Reading reading = parser_->bestReading(parsed);
     std::vector<LexicalClass> classes;

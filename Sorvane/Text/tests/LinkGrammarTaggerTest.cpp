@@ -54,9 +54,21 @@ TEST(LinkGrammarTagger, TellsInterjectionsAndTheVerbBehindThem)
     EXPECT_EQ(tagger().classesOfWords("Please hey call the dentist").at(2), verb);
 }
 
+TEST(LinkGrammarTagger, TellsTheVerbBehindManyInterjections)
+{
+    std::string hesitation;
+    for (int i = 0; i < 1'000; ++i)
+        hesitation += "um, ";
+    const auto classes = tagger().classesOfWords("Please " + hesitation + "call the dentist");
+    ASSERT_THAT(classes, SizeIs(1'004));
+    EXPECT_EQ(classes[1'000], interjection);
+    EXPECT_EQ(classes[1'001], verb);
+}
+
 TEST(LinkGrammarTagger, LooksAtTheFirstWordsOnly)
 {
     EXPECT_THAT(tagger().classesOfWords("one two three four five six seven eight nine"), SizeIs(6));
+    EXPECT_THAT(tagger().classesOfWords("um one two uh three four five six oh seven eight"), SizeIs(9));
     EXPECT_THAT(tagger().classesOfWords(""), IsEmpty());
     EXPECT_THAT(tagger().classesOfWords(" … !"), IsEmpty());
     EXPECT_THAT(tagger().classesOfWords("um, uh"), ElementsAre(interjection, interjection));

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace Sorvane {
 namespace {
 
@@ -42,7 +44,18 @@ TEST(OutputModeSelection, SharesTheTitlesOfTheModes)
 {
     EXPECT_EQ(title(OutputModeSelection::automatic), "Auto");
     EXPECT_EQ(title(OutputModeSelection::clean), "Structured");
+    EXPECT_EQ(title(OutputModeSelection::email), "Email");
     EXPECT_EQ(title(OutputModeSelection::raw), "Raw");
+}
+
+TEST(OutputModeSelection, IsListedAfterTheAutomaticChoiceInTheOrderOfTheModes)
+{
+    std::string listed;
+    for (const auto selection : allOutputModeSelections)
+        listed += std::string(rawValue(selection)) + " ";
+    for (const auto mode : allTranscriptModes)
+        listed += std::string(rawValue(mode)) + " ";
+    EXPECT_EQ(listed, "auto clean email raw clean email raw ");
 }
 
 TEST(OutputModeSelection, HasASymbolForEachCase)

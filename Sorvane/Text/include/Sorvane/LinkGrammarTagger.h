@@ -10,7 +10,8 @@ namespace Sorvane {
 
 class LinkGrammarParser;
 
-// A tagger that parses the sentence with link-grammar and its English dictionary. It looks at the first six words.
+// A tagger that parses the sentence with link-grammar and its English dictionary. It looks at the first six words
+// that are no interjections.
 //
 // The dictionary is loaded with the first sentence and kept: 0.15 s and 19 MB. A sentence takes about 0.4 ms,
 // the worst found 9. Calls from several threads take turns. Where the dictionary is not installed, every
