@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include <ModelCatalog/ModelDeclaration.h>
 
+#include <utility>
+
 namespace ModelCatalog {
 
 using ModelStore::currentModelPlatform;
@@ -32,10 +34,10 @@ bool ModelDeclaration::supports() const
     return supports(currentModelPlatform) && osFloor().isSatisfiedHere();
 }
 
-ModelStore::StoredModel ModelDeclaration::resolve(
-    const ModelStore::ModelPlace& place, const ModelStore::DownloadProgressCallback& progress) const
+PlatformSupport::Awaitable<ModelStore::StoredModel> ModelDeclaration::resolve(
+    ModelStore::ModelPlace place, ModelStore::DownloadProgressCallback progress) const
 {
-    return distribution().resolve(place, progress);
+    return distribution().resolve(std::move(place), std::move(progress));
 }
 
 bool ModelDeclaration::isAvailable(const ModelStore::ModelPlace& place) const

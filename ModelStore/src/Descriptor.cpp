@@ -3,6 +3,7 @@
 #include "Descriptor.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -39,6 +40,9 @@ ssize_t Descriptor::readSome(std::span<uint8_t> into) const
 
 bool Descriptor::readAll(Bytes& into) const
 {
+    struct stat status { };
+    if (::fstat(number_, &status) == 0 && S_ISREG(status.st_mode))
+        into.reserve(into.size() + static_cast<size_t>(status.st_size)); // a large file is then held once
     std::array<uint8_t, bufferSize> buffer;
     ssize_t count = 0;
     while ((count = readSome(buffer)) > 0)

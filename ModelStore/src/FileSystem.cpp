@@ -16,4 +16,9 @@ FileDigest FileSystem::digest(const std::string& path) const
     return { .size = static_cast<int64_t>(bytes.size()), .sha256 = SHA256::hex(SHA256::digest(bytes)) };
 }
 
+std::optional<int64_t> FileSystem::availableBytes(const std::string&) const
+{
+    return {};
+}
+
 } // namespace ModelStore

@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <utility>
 
 namespace ModelStore {
 
@@ -124,6 +125,13 @@ FileDigest FoundationFileSystem::digest(const std::string& path) const
     }
     result.sha256 = SHA256::hex(sha256.finalize());
     return result;
+}
+
+std::optional<int64_t> FoundationFileSystem::availableBytes(const std::string& path) const
+{
+    std::error_code error;
+    const uintmax_t bytes = fs::space(path, error).available;
+    return error || !std::in_range<int64_t>(bytes) ? std::nullopt : std::optional(static_cast<int64_t>(bytes));
 }
 
 } // namespace ModelStore

@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
-#include <ModelStore/FoundationFileSystem.h>
 #include <ModelStore/ModelDistribution.h>
 #include <ModelStore/ModelStore.h>
 #include <ModelStore/ModelStoreError.h>
 
 namespace ModelStore {
 
-namespace {
+using PlatformSupport::Awaitable;
 
-ModelStore storeAt(const ModelPlace& place)
-{
-    return ModelStore(std::make_shared<FoundationFileSystem>(place.cacheRoot));
-}
+namespace {
 
 const std::vector<std::string>& requiredFiles(const ModelDistribution& distribution)
 {
@@ -30,6 +26,17 @@ ModelSpec specOf(const ModelDistribution& distribution, const ModelPlace& place)
         .cacheDirectory = place.directory };
 }
 
+Awaitable<StoredModel> finished(StoredModel model)
+{
+    co_return model;
+}
+
+Awaitable<ModelDistribution> atRevision(ModelDistribution distribution, Awaitable<std::string> revision)
+{
+    distribution.revision = co_await std::move(revision);
+    co_return distribution;
+}
+
 } // namespace
 
 const std::vector<std::string>* ModelDistribution::currentFiles() const
@@ -38,16 +45,16 @@ const std::vector<std::string>* ModelDistribution::currentFiles() const
     return found == files.end() ? nullptr : &found->second;
 }
 
-StoredModel ModelDistribution::resolve(const ModelPlace& place, const DownloadProgressCallback& progress) const
+Awaitable<StoredModel> ModelDistribution::resolve(ModelPlace place, DownloadProgressCallback progress) const
 {
     if (std::optional<StoredModel> placed = userPlacedFiles(place.directory))
-        return std::move(*placed);
-    return install(place, progress);
+        return finished(std::move(*placed));
+    return install(std::move(place), std::move(progress));
 }
 
-StoredModel ModelDistribution::install(const ModelPlace& place, const DownloadProgressCallback& progress) const
+Awaitable<StoredModel> ModelDistribution::install(ModelPlace place, DownloadProgressCallback progress) const
 {
-    return storeAt(place).completeModel(specOf(*this, place), progress);
+    return ModelStore::platformDefault(place.cacheRoot).download(specOf(*this, place), std::move(progress));
 }
 
 StoredModel ModelDistribution::load(const std::string& directory) const
@@ -59,7 +66,7 @@ StoredModel ModelDistribution::load(const std::string& directory) const
 
 bool ModelDistribution::isInstalled(const ModelPlace& place) const
 {
-    return currentFiles() != nullptr && storeAt(place).isDownloaded(specOf(*this, place));
+    return currentFiles() != nullptr && ModelStore::platformDefault(place.cacheRoot).isDownloaded(specOf(*this, place));
 }
 
 bool ModelDistribution::isAvailable(const ModelPlace& place) const
@@ -77,6 +84,26 @@ std::optional<StoredModel> ModelDistribution::userPlacedFiles(const std::optiona
     } catch (const ModelStoreError&) { // not all of it is there: then it is not the user's copy
         return {};
     }
+}
+
+std::vector<StoredModel> ModelDistribution::installedModels(const std::optional<std::string>& cacheRoot) const
+{
+    return ModelStore::platformDefault(cacheRoot).downloadedModels(repo);
+}
+
+Awaitable<ModelDistribution> ModelDistribution::resolving(
+    RevisionRequirement requirement, std::optional<std::string> cacheRoot) const
+{
+    return atRevision(
+        *this, ModelStore::platformDefault(std::move(cacheRoot)).resolveRevision(repo, std::move(requirement)));
+}
+
+std::vector<std::string> ModelDistribution::downloadedRevisions(
+    const RevisionRequirement& requirement, const std::optional<std::string>& cacheRoot) const
+{
+    std::vector<std::string> revisions = ModelStore::platformDefault(cacheRoot).downloadedRevisions(repo);
+    std::erase_if(revisions, [&](const std::string& candidate) { return !requirement.bestMatch({ candidate }); });
+    return revisions;
 }
 
 } // namespace ModelStore

@@ -6,9 +6,12 @@
 #include <ModelStore/Manifest.h>
 #include <ModelStore/ModelDistribution.h>
 #include <ModelStore/ModelStoreError.h>
+#include <PlatformSupport/BlockingValue.h>
+#include <PlatformSupport/URLError.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 
 using namespace ModelStore;
@@ -33,8 +36,13 @@ protected:
     }
     StoredModel resolve(const ModelPlace& place)
     {
-        return distribution.resolve(place, [this](const DownloadProgress&) { ++reports; });
+        const auto report = [this](const DownloadProgress&) { ++reports; };
+        return PlatformSupport::blockingValue([&] { return distribution.resolve(place, report); });
     }
+
+    // Nobody listens there, so that who comes to the network shows.
+    ModelDistributionTest() { ::setenv("TRW_HUB_ENDPOINT", "http://127.0.0.1:1", 1); }
+    ~ModelDistributionTest() override { ::unsetenv("TRW_HUB_ENDPOINT"); }
 
     const FoundationFileSystem files;
     std::string root = freshDirectory();
@@ -63,7 +71,7 @@ TEST_F(ModelDistributionTest, ChecksADirectoryThatBelongsToTheStore)
     EXPECT_EQ(resolve({ .directory = root, .cacheRoot = {} }).rootPath, root);
     EXPECT_EQ(reports, 1);
     files.write(root + "/meta.json", bytesOf("[]"));
-    EXPECT_THROW(resolve({ .directory = root, .cacheRoot = {} }), ModelStoreError);
+    EXPECT_THROW(resolve({ .directory = root, .cacheRoot = {} }), PlatformSupport::URLError);
 }
 
 TEST_F(ModelDistributionTest, FindsAModelInTheManagedCache)
@@ -76,17 +84,31 @@ TEST_F(ModelDistributionTest, FindsAModelInTheManagedCache)
     EXPECT_EQ(resolve({ .directory = {}, .cacheRoot = root }).rootPath, location);
 }
 
-TEST_F(ModelDistributionTest, NamesTheFirstFileThatIsMissing)
+TEST_F(ModelDistributionTest, AsksTheHubForWhatIsMissing)
 {
     files.write(root + "/meta.json", bytesOf("{}"));
-    try {
-        resolve({ .directory = root, .cacheRoot = {} });
-        FAIL();
-    } catch (const ModelStoreError& error) {
-        EXPECT_EQ(error.description(), "required local model file is missing: " + root + "/weights");
-    }
+    EXPECT_THROW(resolve({ .directory = root, .cacheRoot = {} }), PlatformSupport::URLError);
     EXPECT_FALSE(distribution.userPlacedFiles(std::nullopt).has_value());
     EXPECT_FALSE(distribution.isAvailable({ .directory = root, .cacheRoot = root }));
+}
+
+TEST_F(ModelDistributionTest, TakesAnyRevisionThatWillDo)
+{
+    for (const char* revision : { "v1", "v1.4", "v2", "main" }) {
+        files.makeDirectory(root + "/tarnwick-models/owner/name/" + revision + "/.trw-meta");
+        files.write(root + "/tarnwick-models/owner/name/" + revision + "/.trw-meta/manifest", {});
+    }
+    EXPECT_EQ(distribution.installedModels(root).size(), 4U);
+    const auto from = RevisionRequirement::from("1.0.0");
+    EXPECT_EQ(distribution.downloadedRevisions(from, root), (std::vector<std::string> { "v1", "v1.4" }));
+    const auto resolving = [&](const RevisionRequirement& requirement) {
+        return PlatformSupport::blockingValue([&] { return distribution.resolving(requirement, root); });
+    };
+    ModelDistribution expected = distribution;
+    expected.revision = "v1.4"; // the network is gone; this is there
+    EXPECT_EQ(resolving(from), expected);
+    expected.revision = "any";
+    EXPECT_EQ(resolving(RevisionRequirement::exact("any")), expected);
 }
 
 TEST_F(ModelDistributionTest, NeedsFilesForThisProduct)

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "FakeTransport.h"
 #include "TestFiles.h"
 
 #include <ModelStore/FoundationFileSystem.h>
 #include <ModelStore/Manifest.h>
 #include <ModelStore/ModelStore.h>
-#include <ModelStore/ModelStoreError.h>
+#include <PlatformSupport/BlockingValue.h>
 
 #include <gtest/gtest.h>
 
@@ -42,18 +43,9 @@ protected:
         write(".trw-meta/manifest", { reinterpret_cast<const char*>(bytes.data()), bytes.size() });
     }
 
-    std::string refusal() const
-    {
-        try {
-            (void)store.completeModel(spec, [](const DownloadProgress&) {});
-        } catch (const ModelStoreError& error) {
-            return error.description();
-        }
-        return "none";
-    }
-
     std::shared_ptr<FoundationFileSystem> files = std::make_shared<FoundationFileSystem>(freshDirectory());
-    ::ModelStore::ModelStore store { files };
+    std::shared_ptr<FakeTransport> transport = std::make_shared<FakeTransport>();
+    ::ModelStore::ModelStore store { transport, files, "https://hub.example" };
     ModelSpec spec {
         .repo = "owner/name", .revision = "v1", .files = { "meta.json", "weights/" }, .cacheDirectory = {}
     };
@@ -139,23 +131,42 @@ TEST_F(ModelStoreTest, DoubtsUnsafeNames)
 TEST_F(ModelStoreTest, GivesACompleteModelAndReportsOnce)
 {
     std::vector<DownloadProgress> reports;
-    const StoredModel model = store.completeModel(spec, [&](const DownloadProgress& p) { reports.push_back(p); });
+    const auto report = [&](const DownloadProgress& progress) { reports.push_back(progress); };
+    const StoredModel model = PlatformSupport::blockingValue([&] { return store.download(spec, report); });
     EXPECT_EQ(model.readString("meta.json"), "{}");
     EXPECT_EQ(reports, (std::vector<DownloadProgress> { { .completedBytes = 14, .totalBytes = 14 } }));
     EXPECT_EQ(reports.front().fraction(), 1);
+    EXPECT_TRUE(transport->asked.empty());
 }
 
-TEST_F(ModelStoreTest, SaysWhatAnIncompleteModelLacks)
+TEST_F(ModelStoreTest, ReportsACompleteModelOfNoBytes)
 {
-    const std::string location = store.location(spec);
-    write("weights/a.bin", "other weights");
-    EXPECT_EQ(refusal(), "integrity check failed for " + location);
-    files->remove(location + "/.trw-meta/manifest");
-    EXPECT_EQ(refusal(), "required local model file is missing: " + location + "/.trw-meta/manifest");
-    files->remove(location + "/weights");
-    EXPECT_EQ(refusal(), "required local model file is missing: " + location + "/weights");
-    spec.revision = "..";
-    EXPECT_EQ(refusal(), "invalid model specification");
+    write("meta.json", "");
+    const FileDigest digest = files->digest(store.location(spec) + "/meta.json");
+    manifest.entries = { { "meta.json", digest.size, digest.sha256 } };
+    writeManifest();
+    std::vector<double> fractions;
+    const auto report = [&](const DownloadProgress& progress) { fractions.push_back(progress.fraction()); };
+    (void)PlatformSupport::blockingValue([&] { return store.download(spec, report); });
+    EXPECT_EQ(fractions, (std::vector<double> { 0 }));
+}
+
+TEST_F(ModelStoreTest, ListsWhatHasBeenDownloaded)
+{
+    EXPECT_TRUE(store.downloadedRevisions("owner/other").empty());
+    files->makeDirectory(files->defaultCacheRoot() + "/tarnwick-models/owner/name/v3"); // without a manifest
+    spec.revision = "v0";
+    write(".trw-meta/manifest", "whatever it says");
+    EXPECT_EQ(store.downloadedRevisions("owner/name"), (std::vector<std::string> { "v0", "v1" }));
+    const std::vector<StoredModel> models = store.downloadedModels("owner/name");
+    ASSERT_EQ(models.size(), 2U);
+    EXPECT_EQ(models[1].readString("meta.json"), "{}");
+}
+
+TEST_F(ModelStoreTest, AsksTheHubInItsOwnWords)
+{
+    EXPECT_EQ(store.treeURL(spec), "https://hub.example/api/models/owner/name/tree/v1?recursive=true");
+    EXPECT_EQ(store.fileURL(spec, "weights/a.bin"), "https://hub.example/owner/name/resolve/v1/weights/a.bin");
 }
 
 TEST(DownloadProgress, GivesAFraction)

@@ -6,6 +6,7 @@
 #include <Ostrel/Ostrel.h>
 #include <Ostrel/OstrelError.h>
 #include <Ostrel/OstrelModel.h>
+#include <PlatformSupport/BlockingValue.h>
 
 #include <algorithm>
 #include <chrono>
@@ -23,11 +24,8 @@ Assets storedAssets(const ModelStore::ModelPlace& place, const ModelStore::Downl
     const OstrelModel model;
     if (!model.supports())
         throw OstrelError::unsupportedPlatform();
-    const auto report = [&](const ModelStore::DownloadProgress& state) {
-        if (progress)
-            progress(state);
-    };
-    return Assets::load(model.resolve(place, report).rootPath, MLProgram::MLComputeUnits::cpuAndNeuralEngine);
+    const std::string directory = PlatformSupport::blockingValue([&] { return Ostrel::download(place, progress); });
+    return Assets::load(directory, MLProgram::MLComputeUnits::cpuAndNeuralEngine);
 }
 
 void report(const ProgressCallback& progress, double fraction)
@@ -68,6 +66,13 @@ Ostrel::Ostrel(Assets assets, const Tunables& tunables)
 bool Ostrel::isDownloaded(const ModelStore::ModelPlace& place)
 {
     return OstrelModel().isAvailable(place);
+}
+
+PlatformSupport::Awaitable<std::string> Ostrel::download(
+    ModelStore::ModelPlace place, ModelStore::DownloadProgressCallback progress)
+{
+    const ModelStore::StoredModel model = co_await OstrelModel().resolve(std::move(place), std::move(progress));
+    co_return model.rootPath;
 }
 
 Result Ostrel::transcribe(const std::filesystem::path& path, const ProgressCallback& progress)

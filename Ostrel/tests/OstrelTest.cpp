@@ -4,15 +4,18 @@
 #include "TestConfiguration.h"
 
 #include <AudioIO/AudioIO.h>
-#include <ModelStore/ModelStoreError.h>
 #include <Ostrel/Ostrel.h>
 #include <Ostrel/OstrelError.h>
 #include <Ostrel/OstrelModel.h>
+#include <PlatformSupport/BlockingValue.h>
+#include <PlatformSupport/URLError.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <thread>
 
@@ -176,10 +179,24 @@ TEST(OstrelLoading, SaysWhenTheModelIsNotThere)
     const std::string directory = freshDirectory("nothing");
     const ModelStore::ModelPlace place { .directory = directory, .cacheRoot = directory };
     EXPECT_FALSE(Engine::isDownloaded(place));
+    ::setenv("TRW_HUB_ENDPOINT", "http://127.0.0.1:1", 1); // where nobody listens
     if (OstrelModel().supports()) {
-        EXPECT_THROW(Engine { place }, ModelStore::ModelStoreError);
+        EXPECT_THROW(Engine { place }, PlatformSupport::URLError);
     }
+    EXPECT_THROW(PlatformSupport::blockingValue([&] { return Engine::download(place); }), PlatformSupport::URLError);
+    ::unsetenv("TRW_HUB_ENDPOINT");
     EXPECT_THROW(Engine { std::filesystem::path(directory) }, std::filesystem::filesystem_error);
+}
+
+TEST(OstrelLoading, GivesTheDirectoryOfTheUsersCopy)
+{
+    const std::string directory = freshDirectory("placed");
+    const ModelStore::ModelDistribution distribution = OstrelModel().distribution();
+    for (const std::string& file : *distribution.currentFiles())
+        std::filesystem::create_directories(directory + "/" + file);
+    const ModelStore::ModelPlace place { .directory = directory, .cacheRoot = {} };
+    EXPECT_TRUE(Engine::isDownloaded(place));
+    EXPECT_EQ(PlatformSupport::blockingValue([&] { return Engine::download(place); }), directory);
 }
 
 TEST(OstrelModel, DeclaresItself)

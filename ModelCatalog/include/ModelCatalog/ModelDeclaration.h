@@ -33,8 +33,8 @@ public:
     bool supports() const; // whether this computer can run it
 
     // See ModelDistribution.
-    ModelStore::StoredModel resolve(
-        const ModelStore::ModelPlace& place, const ModelStore::DownloadProgressCallback& progress) const;
+    PlatformSupport::Awaitable<ModelStore::StoredModel> resolve(
+        ModelStore::ModelPlace place, ModelStore::DownloadProgressCallback progress) const;
     bool isAvailable(const ModelStore::ModelPlace& place) const;
 };
 

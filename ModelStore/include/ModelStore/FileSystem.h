@@ -43,6 +43,9 @@ public:
 
     // Here, of the file read as a whole.
     virtual FileDigest digest(const std::string& path) const;
+
+    // The bytes that can still be written in a directory; here, not known.
+    virtual std::optional<int64_t> availableBytes(const std::string& path) const;
 };
 
 } // namespace ModelStore

@@ -29,6 +29,7 @@ public:
 
     std::vector<std::string> listDirectory(const std::string& path) const override;
     FileDigest digest(const std::string& path) const override;
+    std::optional<int64_t> availableBytes(const std::string& path) const override;
 
 private:
     std::optional<std::string> cacheRoot_;

@@ -4,7 +4,9 @@
 
 #include <ModelStore/DownloadProgress.h>
 #include <ModelStore/ModelPlatform.h>
+#include <ModelStore/RevisionRequirement.h>
 #include <ModelStore/StoredModel.h>
+#include <PlatformSupport/Awaitable.h>
 
 #include <map>
 #include <optional>
@@ -30,12 +32,12 @@ struct ModelDistribution {
     // The files for this product; null if the model is not published for it.
     const std::vector<std::string>* currentFiles() const;
 
-    // The user's own copy if there is one, else what install() gives.
-    StoredModel resolve(const ModelPlace& place, const DownloadProgressCallback& progress) const;
+    // The user's own copy if there is one, of which `progress` hears nothing; else what install() gives.
+    PlatformSupport::Awaitable<StoredModel> resolve(ModelPlace place, DownloadProgressCallback progress) const;
 
-    // The model as the store has it. `progress` is called once, with all of its bytes.
-    // Errors: ModelStoreError unsupportedPlatform, and those of ModelStore::completeModel()
-    StoredModel install(const ModelPlace& place, const DownloadProgressCallback& progress) const;
+    // The model as the store has it, downloaded if need be.
+    // Errors: ModelStoreError unsupportedPlatform, and those of ModelStore::download()
+    PlatformSupport::Awaitable<StoredModel> install(ModelPlace place, DownloadProgressCallback progress) const;
 
     // A directory that the caller vouches for. Errors: ModelStoreError unsupportedPlatform, localFileMissing
     StoredModel load(const std::string& directory) const;
@@ -49,6 +51,17 @@ struct ModelDistribution {
     // A copy that the user placed by hand: all files are there and no ".trw-meta", which would make it the
     // store's. Its content is the user's business and is not checked.
     std::optional<StoredModel> userPlacedFiles(const std::optional<std::string>& directory) const;
+
+    // All revisions of this model in the managed cache.
+    std::vector<StoredModel> installedModels(const std::optional<std::string>& cacheRoot) const;
+
+    // The same model at the revision that ModelStore::resolveRevision() gives.
+    PlatformSupport::Awaitable<ModelDistribution> resolving(
+        RevisionRequirement requirement, std::optional<std::string> cacheRoot) const;
+
+    // The revisions in the managed cache that will do, in the order of their names.
+    std::vector<std::string> downloadedRevisions(
+        const RevisionRequirement& requirement, const std::optional<std::string>& cacheRoot) const;
 };
 
 } // namespace ModelStore

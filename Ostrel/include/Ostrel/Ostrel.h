@@ -9,11 +9,13 @@
 #include <Ostrel/Pipeline.h>
 #include <Ostrel/Progress.h>
 #include <Ostrel/Result.h>
+#include <PlatformSupport/Awaitable.h>
 
 #include <array>
 #include <filesystem>
 #include <mutex>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace Ostrel {
@@ -35,14 +37,19 @@ public:
     explicit Ostrel(const std::filesystem::path& modelDirectory,
         MLProgram::MLComputeUnits computeUnits = MLProgram::MLComputeUnits::cpuAndNeuralEngine);
 
-    // Finds the model on this computer and loads it.
-    // Errors: OstrelError unsupportedPlatform; ModelStoreError when it is not there; as above
+    // Finds the model on this computer, or downloads it, and loads it; the calling thread waits for all of that.
+    // Errors: OstrelError unsupportedPlatform; those of ModelStore::download(); as above
     explicit Ostrel(const ModelStore::ModelPlace& place, const ModelStore::DownloadProgressCallback& progress = {});
 
     explicit Ostrel(Assets assets, const Tunables& tunables = Tunables::process());
 
     // Whether the model is on this computer, complete. Reads all of it.
     static bool isDownloaded(const ModelStore::ModelPlace& place);
+
+    // Finds the model on this computer, or downloads it, and gives its directory. Hashes on the awaiting task's
+    // executor. Errors: those of ModelStore::download()
+    static PlatformSupport::Awaitable<std::string> download(
+        ModelStore::ModelPlace place, ModelStore::DownloadProgressCallback progress = {});
 
     double sampleRate() const noexcept { return sampleRate_; } // the model's, Hz
 

@@ -9,6 +9,8 @@
 #include <PlatformSupport/Suspension.h>
 #include <PlatformSupport/TaskContext.h>
 
+#include <boost/asio/this_coro.hpp>
+
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -164,6 +166,14 @@ Awaitable<ResultOf<Operation>> withCancellationHandler(Operation operation, std:
 {
     const std::stop_callback registration(TaskContext::current()->cancellation(), std::move(onCancel));
     co_return co_await operation();
+}
+
+// Runs the operation out of reach of the current task's cancellation, and waits for its end.
+template <AsynchronousOperation Operation> Awaitable<ResultOf<Operation>> withoutCancellation(Operation operation)
+{
+    const Executor executor = co_await boost::asio::this_coro::executor;
+    const auto task = startTask(executor, std::move(operation));
+    co_return co_await task.value();
 }
 
 } // namespace PlatformSupport
