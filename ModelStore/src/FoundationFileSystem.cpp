@@ -22,9 +22,24 @@ namespace fs = std::filesystem;
 
 constexpr size_t pieceSize = size_t { 1 } << 20; // of a file that is hashed
 
-[[noreturn]] void fail(const char* what, const std::string& path)
+// In words for the user: 'The file “/a/b” could not be read: Permission denied.'
+[[noreturn]] void fail(
+    const std::string& what, const std::string& path, const std::string& done, const std::error_code& error)
 {
-    throw fs::filesystem_error(what, path, std::error_code(errno, std::generic_category()));
+    throw ModelStoreError::io("The " + what + " “" + path + "” could not be " + done + ": " + error.message() + ".");
+}
+
+std::error_code lastError()
+{
+    return { errno, std::generic_category() };
+}
+
+void rename(const std::string& from, const std::string& to, const std::string& done)
+{
+    std::error_code error;
+    fs::rename(from, to, error);
+    if (error)
+        fail("file", to, done, error);
 }
 
 } // namespace
@@ -53,10 +68,10 @@ Bytes FoundationFileSystem::read(const std::string& path) const
 {
     const Descriptor file(path, O_RDONLY);
     if (!file)
-        fail("cannot read file", path);
+        fail("file", path, "read", lastError());
     Bytes bytes;
     if (!file.readAll(bytes))
-        fail("cannot read file", path);
+        fail("file", path, "read", lastError());
     return bytes;
 }
 
@@ -69,21 +84,24 @@ void FoundationFileSystem::write(const std::string& path, const Bytes& bytes) co
             const int error = errno;
             ::unlink(temporary.c_str());
             errno = error;
-            fail("cannot write file", path);
+            fail("file", path, "written", lastError());
         }
     }
-    fs::rename(temporary, path);
+    rename(temporary, path, "written");
 }
 
 void FoundationFileSystem::makeDirectory(const std::string& path) const
 {
-    fs::create_directories(path);
+    std::error_code error;
+    fs::create_directories(path, error);
+    if (error)
+        fail("folder", path, "made", error);
 }
 
 void FoundationFileSystem::move(const std::string& from, const std::string& to) const
 {
     remove(to);
-    fs::rename(from, to);
+    rename(from, to, "put in its place");
 }
 
 void FoundationFileSystem::remove(const std::string& path) const
@@ -117,7 +135,7 @@ FileDigest FoundationFileSystem::digest(const std::string& path) const
     for (;;) {
         const ssize_t count = file.readSome(piece);
         if (count < 0)
-            fail("cannot read file", path);
+            fail("file", path, "read", lastError());
         if (count == 0)
             break;
         sha256.update(std::span(piece).first(static_cast<size_t>(count)));

@@ -9,8 +9,8 @@ namespace ModelStore {
 // Files as the desktop keeps them: managed models live in the user's caches directory unless another root is
 // given, files are replaced in one step, and digests are made without holding the file.
 //
-// Errors: std::filesystem::filesystem_error and std::system_error; ModelStoreError io ("cannot open <path>") for a
-//         digest of a file that cannot be opened
+// Errors: ModelStoreError io, in words for the user: "cannot open <path>" for a digest of a file that cannot be opened,
+//         else as "The file “<path>” could not be read: Permission denied."
 class FoundationFileSystem final : public FileSystem {
 public:
     // An empty root counts as absent.

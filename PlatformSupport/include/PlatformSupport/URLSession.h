@@ -49,7 +49,7 @@ struct URLSessionOptions {
     std::chrono::milliseconds inactivityLimit { 60'000 };
 
     // Longest body that is held in memory.
-    size_t largestBody = size_t { 64 } << 20;
+    size_t largestBody = size_t { 16 } << 20;
 
     // A file of certificates to trust instead of the system's.
     std::optional<std::filesystem::path> certificates;
