@@ -29,7 +29,7 @@ set(SORVANE_EDGES_SorvaneWindows   SorvaneViewModels SorvaneSurfaces PlatformSup
 # Which module owns which third-party library; nobody else may include it.
 set(SORVANE_LIBRARIES_PlatformSupport Boost CURL Json)
 set(SORVANE_LIBRARIES_AudioIO         FFmpeg)
-set(SORVANE_LIBRARIES_DesktopLinux    Pulse Xcb)
+set(SORVANE_LIBRARIES_DesktopLinux    Pulse SdbusCpp Xcb)
 set(SORVANE_LIBRARIES_MLProgram       Boost Json)
 set(SORVANE_LIBRARIES_ModelStore      Json OpenSSL)
 set(SORVANE_LIBRARIES_ModelCatalog    Boost)

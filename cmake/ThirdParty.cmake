@@ -14,6 +14,7 @@ pkg_check_modules(FFmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavut
 pkg_check_modules(LinkGrammar REQUIRED IMPORTED_TARGET link-grammar)
 pkg_check_modules(Plist REQUIRED IMPORTED_TARGET libplist-2.0)
 pkg_check_modules(Pulse REQUIRED IMPORTED_TARGET libpulse)
+pkg_check_modules(SdbusCpp REQUIRED IMPORTED_TARGET sdbus-c++)
 pkg_check_modules(Xcb REQUIRED IMPORTED_TARGET xcb xcb-res xcb-xfixes xcb-xkb xcb-xtest)
 
 function(sorvane_third_party name)
@@ -30,6 +31,7 @@ sorvane_third_party(FFmpeg  PkgConfig::FFmpeg)
 sorvane_third_party(LinkGrammar PkgConfig::LinkGrammar)
 sorvane_third_party(Plist   PkgConfig::Plist)
 sorvane_third_party(Pulse   PkgConfig::Pulse)
+sorvane_third_party(SdbusCpp PkgConfig::SdbusCpp)
 sorvane_third_party(Xcb     PkgConfig::Xcb)
 sorvane_third_party(Qt      Qt6::Gui Qt6::Quick Qt6::Widgets)
 

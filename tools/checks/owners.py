@@ -16,6 +16,7 @@ HEADERS = {
     "OpenSSL": r"openssl/",
     "Plist": r"plist/",
     "Pulse": r"pulse/",
+    "SdbusCpp": r"sdbus-c\+\+/",
     "Xcb": r"xcb/",
     "Qt": r"Q[A-Z]\w+$",
 }

@@ -2,11 +2,15 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "Programs/Process.h"
 
+#include <PlatformSupport/FileDescriptor.h>
+
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <TemporaryFolder.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <string>
 
@@ -15,22 +19,35 @@ namespace DesktopLinux {
 namespace {
 
 namespace fs = std::filesystem;
+using PlatformSupport::FileDescriptor;
 
-// A copy of /bin/sleep under any name, running; `environment` ends with null.
+// A copy of /bin/cat under any name, which runs and waits.
 class Sleeper {
 public:
     explicit Sleeper(const fs::path& program, std::string variable = "A=b")
     {
-        fs::copy_file("/bin/sleep", program, fs::copy_options::overwrite_existing);
+        std::array<int, 2> toChild {};
+        std::array<int, 2> fromChild {};
+        EXPECT_EQ(::pipe2(toChild.data(), O_CLOEXEC), 0);
+        EXPECT_EQ(::pipe2(fromChild.data(), O_CLOEXEC), 0);
+        fs::copy_file("/bin/cat", program, fs::copy_options::overwrite_existing);
         std::string name = program.string();
-        std::string duration = "1000";
-        char* const arguments[] { name.data(), duration.data(), nullptr };
+        char* const arguments[] { name.data(), nullptr };
         char* const environment[] { variable.data(), nullptr };
         child_ = ::vfork();
         if (child_ == 0) {
+            ::dup2(toChild[0], STDIN_FILENO);
+            ::dup2(fromChild[1], STDOUT_FILENO);
             ::execve(name.c_str(), arguments, environment);
             ::_exit(127);
         }
+        const FileDescriptor childsInput(toChild[0]);
+        const FileDescriptor childsOutput(fromChild[1]);
+        input_ = FileDescriptor(toChild[1]);
+        output_ = FileDescriptor(fromChild[0]);
+        char byte = 'x';
+        EXPECT_EQ(::write(input_.number(), &byte, 1), 1);
+        EXPECT_EQ(::read(output_.number(), &byte, 1), 1); // it has come so far
     }
     ~Sleeper()
     {
@@ -48,7 +65,9 @@ public:
     }
 
 private:
-    pid_t child_;
+    pid_t child_ = 0;
+    FileDescriptor input_;
+    FileDescriptor output_;
 };
 
 TEST(Process, RunsUntilItHasEnded)

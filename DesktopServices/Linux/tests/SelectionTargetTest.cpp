@@ -19,10 +19,10 @@ TEST(SelectionTarget, HasATypeThatTellsAllOfIt)
 {
     EXPECT_EQ(pasteboardType(target("UTF8_STRING", "UTF8_STRING", 8)), DesktopServices::pasteboardStringType);
     EXPECT_EQ(pasteboardType(target("image/png", "image/png", 8)), "image/png");
-    EXPECT_EQ(pasteboardType(target("TEXT", "UTF8_STRING", 8)), "TEXT as UTF8_STRING");
+    EXPECT_EQ(pasteboardType(target("TEXT", "UTF8_STRING", 8)), "TEXT as UTF8_STRING/8");
     EXPECT_EQ(pasteboardType(target("LENGTH", "INTEGER", 32)), "LENGTH as INTEGER/32");
     EXPECT_EQ(pasteboardType(target("X", "X", 16)), "X as X/16");
-    EXPECT_EQ(pasteboardType(target("UTF8_STRING", "STRING", 8)), "UTF8_STRING as STRING");
+    EXPECT_EQ(pasteboardType(target("UTF8_STRING", "STRING", 8)), "UTF8_STRING as STRING/8");
 }
 
 TEST(SelectionTarget, IsFoundAgainByItsType)

@@ -36,6 +36,9 @@ public:
     DesktopServices::KeyEvents& keyEvents();
     DesktopServices::Pasteboard& pasteboard();
 
+    // Whether the key of the chord in force is down.
+    bool isShortcutHeld() const;
+
 private:
     struct Parts;
     std::unique_ptr<Parts> parts_;

@@ -109,7 +109,9 @@ std::string languageOfMessages()
 std::vector<fs::path> dataFolders()
 {
     auto variable = PlatformSupport::environmentVariable("XDG_DATA_DIRS").value_or("");
-    std::string_view rest = variable.empty() ? "/usr/local/share:/usr/share" : variable;
+    if (variable.empty())
+        variable = "/usr/local/share:/usr/share";
+    std::string_view rest = variable;
     std::vector<fs::path> folders { PlatformSupport::UserFolders::fromEnvironment().applicationSupport };
     while (!rest.empty()) {
         const auto end = std::min(rest.find(':'), rest.size());

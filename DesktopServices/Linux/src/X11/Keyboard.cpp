@@ -5,7 +5,7 @@
 #include <xcb/xtest.h>
 
 // The header has a field of that name.
-#define explicit explicitComponents
+#define explicit explicitComponents // NOLINT(clang-diagnostic-keyword-macro)
 #include <xcb/xkb.h>
 #undef explicit
 
@@ -109,7 +109,7 @@ void Keyboard::fakeKey(xcb_keycode_t key, bool isPressed)
 {
     xcb_test_fake_input(connection_.get(), isPressed ? XCB_KEY_PRESS : XCB_KEY_RELEASE, key, XCB_CURRENT_TIME,
         connection_.root(), 0, 0, 0);
-    connection_.flush();
+    connection_.synchronise(); // a key that is never released stays down when this program ends
 }
 
 XConnection::Subscription Keyboard::observeChanges(std::function<void()> handler)

@@ -35,12 +35,9 @@ std::string pasteboardType(const SelectionTarget& target)
 {
     if (target.name == utf8 && target.type == utf8 && target.format == 8)
         return std::string(DesktopServices::pasteboardStringType);
-    std::string name = target.name;
-    if (target.type != target.name || target.format != 8)
-        name.append(as).append(target.type);
-    if (target.format != 8)
-        name.append("/").append(std::to_string(target.format));
-    return name;
+    if (target.type == target.name && target.format == 8 && target.name.find(as) == target.name.npos)
+        return target.name;
+    return target.name + std::string(as) + target.type + "/" + std::to_string(target.format);
 }
 
 std::optional<SelectionTarget> targetOfPasteboardType(std::string_view type)
@@ -51,11 +48,12 @@ std::optional<SelectionTarget> targetOfPasteboardType(std::string_view type)
     if (const auto end = type.rfind(as); end != type.npos) {
         target.name = type.substr(0, end);
         target.type = type.substr(end + as.size());
-        for (const std::uint8_t format : { 16, 32 }) {
+        for (const std::uint8_t format : { 8, 16, 32 }) {
             const auto ending = "/" + std::to_string(format);
             if (target.type.ends_with(ending)) {
                 target.type.resize(target.type.size() - ending.size());
                 target.format = format;
+                break;
             }
         }
     }

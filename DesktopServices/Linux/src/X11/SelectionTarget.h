@@ -23,7 +23,7 @@ struct SelectionTarget {
 };
 
 // How a pasteboard names the form. Plain text in UTF-8 has the pasteboard's own name; the others have the target's,
-// and after it what does not follow from that: "image/png", "TEXT as UTF8_STRING", "LENGTH as INTEGER/32".
+// and after it what does not follow from that: "image/png", "TEXT as UTF8_STRING/8", "LENGTH as INTEGER/32".
 std::string pasteboardType(const SelectionTarget& target);
 
 // The other way round, without bytes. Nothing if no program could have offered that.

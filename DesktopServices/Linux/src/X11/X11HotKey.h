@@ -23,6 +23,10 @@ public:
     bool registerChord(const DesktopServices::KeyChord& chord) override;
     void unregister() override;
 
+    // Whether the chord's key is down. For so long the keyboard is this program's: no other has the focus, or gets
+    // keys.
+    bool isHeld() const { return heldKey_.has_value(); }
+
 private:
     struct Grab {
         xcb_keycode_t key = 0;

@@ -41,6 +41,7 @@ class X11KeyEvents::Source final : public DesktopServices::KeyEventSource {
 public:
     explicit Source(const X11KeyEvents& services)
         : keyboard_(services.keyboard_)
+        , hotKey_(services.hotKey_)
         , workspace_(services.workspace_)
         , pasteboard_(services.pasteboard_)
         , clock_(services.clock_)
@@ -58,12 +59,10 @@ public:
     Awaitable<bool> untilModifiersAreUp() override
     {
         const auto end = clock_.now() + longestWaitForModifiers;
-        while (keyboard_.isModifierHeld()) {
-            if (clock_.now() >= end)
-                co_return false;
+        bool isHeld = true;
+        while ((isHeld = keyboard_.isModifierHeld() || hotKey_.isHeld()) && clock_.now() < end)
             co_await clock_.sleep(modifierStep);
-        }
-        co_return true;
+        co_return !isHeld;
     }
 
     void post(const KeyEvent& event, ProcessIdentifier process) override
@@ -101,6 +100,7 @@ private:
     }
 
     Keyboard& keyboard_;
+    const X11HotKey& hotKey_;
     const X11Workspace& workspace_;
     X11Pasteboard& pasteboard_;
     PlatformSupport::Clock& clock_;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "X11/Keyboard.h"
+#include "X11/X11HotKey.h"
 #include "X11/X11Pasteboard.h"
 #include "X11/X11Workspace.h"
 
@@ -17,9 +18,10 @@ namespace DesktopLinux {
 // Main thread only.
 class X11KeyEvents final : public DesktopServices::KeyEvents {
 public:
-    X11KeyEvents(
-        Keyboard& keyboard, const X11Workspace& workspace, X11Pasteboard& pasteboard, PlatformSupport::Clock& clock)
+    X11KeyEvents(Keyboard& keyboard, const X11HotKey& hotKey, const X11Workspace& workspace, X11Pasteboard& pasteboard,
+        PlatformSupport::Clock& clock)
         : keyboard_(keyboard)
+        , hotKey_(hotKey)
         , workspace_(workspace)
         , pasteboard_(pasteboard)
         , clock_(clock)
@@ -32,6 +34,7 @@ private:
     class Source;
 
     Keyboard& keyboard_;
+    const X11HotKey& hotKey_;
     const X11Workspace& workspace_;
     X11Pasteboard& pasteboard_;
     PlatformSupport::Clock& clock_;

@@ -74,12 +74,11 @@ std::int64_t X11Pasteboard::changeCount() const
 // What is copied while it is read would mix with what was there.
 Awaitable<std::vector<PasteboardItem>> X11Pasteboard::items()
 {
-    Representations representations;
-    for (int reading = 0; reading < mostReadings; ++reading) {
-        const auto before = changeCount();
+    auto before = changeCount();
+    auto representations = co_await readOnce();
+    for (int readings = 1; readings < mostReadings && changeCount() != before; ++readings) {
+        before = changeCount();
         representations = co_await readOnce();
-        if (changeCount() == before)
-            break;
     }
     std::vector<PasteboardItem> items;
     if (!representations.empty())

@@ -20,7 +20,7 @@ struct X11Session::Parts {
     Parts(const PlatformSupport::Executor& mainThread, PlatformSupport::Clock& clock)
         : connection(mainThread)
         , pasteboard(connection, mainThread, clock)
-        , keyEvents(keyboard, workspace, pasteboard, clock)
+        , keyEvents(keyboard, hotKey, workspace, pasteboard, clock)
     {
     }
 
@@ -47,6 +47,11 @@ DesktopServices::Workspace& X11Session::workspace()
 DesktopServices::HotKey& X11Session::hotKey()
 {
     return parts_->hotKey;
+}
+
+bool X11Session::isShortcutHeld() const
+{
+    return parts_->hotKey.isHeld();
 }
 
 DesktopServices::KeyEvents& X11Session::keyEvents()

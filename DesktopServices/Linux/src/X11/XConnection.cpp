@@ -132,7 +132,7 @@ void* XConnection::waitForReply(unsigned sequence)
         void* answer = nullptr;
         xcb_generic_error_t* error = nullptr;
         if (xcb_poll_for_reply(get(), sequence, &answer, &error)) {
-            XReply<xcb_generic_error_t> { error };
+            const XReply<xcb_generic_error_t> refusal(error);
             return answer;
         }
         if (!waitForServer(end)) {

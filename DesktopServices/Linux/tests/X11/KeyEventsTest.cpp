@@ -62,9 +62,10 @@ protected:
     OtherProgram other;
     PlatformSupport::HandTurnedClock handTurned { loop };
     Keyboard keyboard { connection };
+    X11HotKey hotKey { connection, keyboard };
     X11Workspace workspace { connection };
     X11Pasteboard pasteboard { connection, loop.executor(), clock };
-    X11KeyEvents keyEvents { keyboard, workspace, pasteboard, handTurned };
+    X11KeyEvents keyEvents { keyboard, hotKey, workspace, pasteboard, handTurned };
     std::unique_ptr<DesktopServices::KeyEventSource> source = keyEvents.makePrivateSource();
 };
 
@@ -135,6 +136,27 @@ TEST_F(KeyEventsTest, WaitsUntilTheUserHasLetGoOfTheModifiers)
     handTurned.advance(std::chrono::milliseconds(500));
     EXPECT_FALSE(task.isFinished());
     keyboard.fakeKey(alt, false);
+    handTurned.advance(std::chrono::milliseconds(10));
+    EXPECT_TRUE(loop.finish(task));
+}
+
+// Until then the keyboard is this program's, and so would the paste key be.
+TEST_F(KeyEventsTest, WaitsUntilTheShortcutIsReleased)
+{
+    const auto space = keyboard.keyWith(KeySymbols::space).value_or(0);
+    const auto alt = keyboard.keyWith(KeySymbols::alt).value_or(0);
+    const auto wait = [&] { return source->untilModifiersAreUp(); };
+    ASSERT_TRUE(hotKey.registerChord({ 49, DesktopServices::HotKeyModifier::option }));
+    keyboard.fakeKey(alt, true);
+    keyboard.fakeKey(space, true);
+    keyboard.fakeKey(alt, false);
+    catchUp();
+    const auto task = PlatformSupport::startTask(loop.executor(), wait);
+    loop.turn();
+    handTurned.advance(std::chrono::milliseconds(500));
+    EXPECT_FALSE(task.isFinished());
+    keyboard.fakeKey(space, false);
+    catchUp();
     handTurned.advance(std::chrono::milliseconds(10));
     EXPECT_TRUE(loop.finish(task));
 }

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "Accessibility/BusConnection.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace DesktopLinux {
+
+std::unique_ptr<BusConnection> BusConnection::open(
+    const PlatformSupport::Executor& mainThread, const std::string& address)
+{
+    try {
+        return std::make_unique<BusConnection>(mainThread,
+            address.empty() ? sdbus::createSessionBusConnection()
+                            : sdbus::createSessionBusConnectionWithAddress(address));
+    } catch (const sdbus::Error&) {
+        return nullptr;
+    }
+}
+
+BusConnection::BusConnection(
+    const PlatformSupport::Executor& mainThread, std::unique_ptr<sdbus::IConnection> connection)
+    : connection_(std::move(connection))
+{
+    watch_.emplace(mainThread, connection_->getEventLoopPollData().fd, [this] { handle(); });
+}
+
+std::unique_ptr<sdbus::IProxy> BusConnection::object(const std::string& program, const std::string& path)
+{
+    try {
+        return isAlive_ ? sdbus::createProxy(*connection_, program, path) : nullptr;
+    } catch (const sdbus::Error&) {
+        return nullptr; // a name or a path that is none
+    }
+}
+
+sdbus::Slot BusConnection::observe(const std::string& rule, std::function<void(sdbus::Message&)> function)
+{
+    try {
+        return isAlive_ ? connection_->addMatch(rule, std::move(function)) : nullptr;
+    } catch (const sdbus::Error&) {
+        return nullptr;
+    }
+}
+
+bool BusConnection::waitUntil(const std::function<bool()>& condition, Instant end)
+{
+    handle();
+    while (!condition()) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now()).count();
+        if (!isAlive_ || left <= 0)
+            return false;
+        const auto awaited = connection_->getEventLoopPollData();
+        pollfd bus { awaited.fd, awaited.events, 0 };
+        ::poll(&bus, 1, static_cast<int>(left));
+        handle();
+    }
+    return true;
+}
+
+void BusConnection::handle()
+{
+    try {
+        while (isAlive_ && connection_->processPendingRequest()) { }
+    } catch (const sdbus::Error&) {
+        isAlive_ = false;
+        watch_.reset();
+    }
+}
+
+} // namespace DesktopLinux

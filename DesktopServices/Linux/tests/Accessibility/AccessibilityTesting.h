@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#pragma once
+
+#include "OtherProgram.h"
+
+#include <DesktopLinux/AccessibilityBus.h>
+#include <DesktopServices/AccessibilityNames.h>
+#include <PlatformSupport/HandTurnedLoop.h>
+
+#include <gtest/gtest.h>
+
+namespace DesktopLinux {
+
+// A test with this program's way to the elements of others, and a program with a form.
+class AccessibilityTesting : public testing::Test {
+protected:
+    AccessibilityTesting()
+    {
+        while (!bus.isEnabled())
+            loop.turn();
+    }
+
+    DesktopServices::AccessibilityElement application(const OtherProgram& program)
+    {
+        return bus.accessibility().applicationElement(program.process());
+    }
+
+    std::optional<DesktopServices::AccessibilityElement> focused(const OtherProgram& program)
+    {
+        loop.turn();
+        return application(program)
+            .read(DesktopServices::AccessibilityAttribute::focusedElement)
+            .as<DesktopServices::AccessibilityElement>();
+    }
+
+    // The program gives its focus to the field; waits until it tells so.
+    DesktopServices::AccessibilityElement focus(OtherProgram& program, const std::string& field)
+    {
+        EXPECT_EQ(program.ask("focus " + field), "done");
+        while (true) {
+            const auto element = focused(program);
+            const auto description = "A " + field + " for tests";
+            if (element && text(*element, DesktopServices::AccessibilityAttribute::description) == description)
+                return *element;
+        }
+    }
+
+    static std::string text(const DesktopServices::AccessibilityElement& element, std::string_view attribute)
+    {
+        return element.read(attribute).as<std::string>().value_or("none");
+    }
+
+    PlatformSupport::HandTurnedLoop loop;
+    bool isShortcutHeld = false;
+    AccessibilityBus bus { loop.executor(), [this] { return isShortcutHeld; } };
+    OtherProgram form { FORM_PROGRAM };
+};
+
+} // namespace DesktopLinux
