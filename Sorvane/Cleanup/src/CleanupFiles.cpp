@@ -22,7 +22,7 @@ bool CleanupFiles::areInstalled() const
 {
     std::error_code ignored;
     return isExecutableFile(generator()) && isExecutableFile(tokeniser())
-        && fs::file_size(weights(), ignored) == cleanupWeightsSize;
+        && fs::file_size(weights(), ignored) == weightsSize;
 }
 
 bool isExecutableFile(const fs::path& path)

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include <ModelStore/HubEndpoint.h>
+#include <ModelStore/ModelStoreError.h>
 #include <PlatformSupport/Environment.h>
 #include <Sorvane/CleanupAssets.h>
 #include <Sorvane/CleanupFailure.h>
@@ -9,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <stdexcept>
 #include <utility>
 
 namespace Sorvane {
@@ -49,34 +50,24 @@ template <typename... Parts> std::string joined(const Parts&... parts)
     return text;
 }
 
-// "http://localhost:8000/models" and the like.
-bool isOnThisComputer(std::string_view address)
+std::string releaseEndpoint()
 {
-    constexpr std::string_view scheme = "http://";
-    constexpr std::array<std::string_view, 3> names { "localhost", "127.0.0.1", "[::1]" };
-    return address.starts_with(scheme) && std::ranges::any_of(names, [&](std::string_view name) {
-        const std::string_view rest = address.substr(scheme.size());
-        return rest.starts_with(name)
-            && (rest.size() == name.size() || rest[name.size()] == ':' || rest[name.size()] == '/');
-    });
-}
-
-std::string host(const std::string& variable, const std::string& otherwise)
-{
-    std::string address = PlatformSupport::environmentVariable(variable).value_or(otherwise);
-    if (!address.starts_with("https://") && !isOnThisComputer(address))
-        throw std::runtime_error(joined(variable, " has to be an https address, or one on this computer."));
-    while (address.ends_with('/'))
-        address.pop_back();
-    return address;
+    std::string endpoint = PlatformSupport::environmentVariable("TRW_RELEASE_ENDPOINT").value_or("");
+    while (endpoint.ends_with('/'))
+        endpoint.pop_back();
+    return endpoint.empty() ? CleanupAssets::Hosts().releases : endpoint;
 }
 
 } // namespace
 
 CleanupAssets::Hosts CleanupAssets::Hosts::fromEnvironment()
 {
-    const Hosts usual;
-    return { .hub = host("TRW_HUB_ENDPOINT", usual.hub), .releases = host("TRW_RELEASE_ENDPOINT", usual.releases) };
+    Hosts hosts { .hub = ModelStore::hubEndpoint(), .releases = releaseEndpoint() };
+    for (const auto& host : { hosts.hub, hosts.releases })
+        if (!ModelStore::isTrustedOrigin(host))
+            throw ModelStore::ModelStoreError::io(
+                "the text cleanup comes over https, or from this computer, and not from " + host);
+    return hosts;
 }
 
 CleanupAssets CleanupAssets::pinned()

@@ -97,10 +97,11 @@ CleanupModelInstaller::CleanupModelInstaller(
 {
 }
 
+// No coroutine itself: what it returns holds a copy of this object from the start.
 Awaitable<void> CleanupModelInstaller::prepare(PreparationProgress progress) const
 {
     const auto work = [installer = *this, progress = std::move(progress)] { return installer.prepareHere(progress); };
-    co_await PlatformSupport::runOn(surroundings_.files, work);
+    return PlatformSupport::runOn(surroundings_.files, work);
 }
 
 Awaitable<void> CleanupModelInstaller::prepareHere(PreparationProgress progress) const

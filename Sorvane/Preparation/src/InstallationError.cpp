@@ -37,8 +37,8 @@ InstallationError::InstallationError(Case which)
 }
 
 DiskSpaceError::DiskSpaceError(uint64_t neededBytes, uint64_t freeBytes)
-    : std::runtime_error("The disk is too full: the download needs " + megabytes(neededBytes, Rounding::up) + ", and "
-        + megabytes(freeBytes, Rounding::down) + " are free.")
+    : std::runtime_error("There is not enough space for the download: it needs " + megabytes(neededBytes, Rounding::up)
+        + ", and " + megabytes(freeBytes, Rounding::down) + " are free.")
 {
 }
 

@@ -84,7 +84,7 @@ TEST(CleanupAssetHosts, AreTheUsualOnesUnlessTheEnvironmentNamesMirrors)
 
 TEST(CleanupAssetHosts, AreEncryptedBeyondThisComputer)
 {
-    for (const char* const address : { "http://mirror.example", "ftp://localhost", "localhost", "",
+    for (const char* const address : { "http://mirror.example", "ftp://localhost", "localhost",
              "http://localhost.example", "http://127.0.0.1.example/" }) {
         ::setenv("TRW_RELEASE_ENDPOINT", address, 1);
         EXPECT_THROW(CleanupAssets::Hosts::fromEnvironment(), std::runtime_error) << address;
@@ -106,9 +106,9 @@ TEST(InstallationError, HasTheWordsForTheUser)
 TEST(DiskSpaceError, SaysWhatIsNeededAndWhatThereIs)
 {
     EXPECT_EQ(DiskSpaceError(484'219'808, 12'999'999).description(),
-        "The disk is too full: the download needs 485 MB, and 12 MB are free.");
+        "There is not enough space for the download: it needs 485 MB, and 12 MB are free.");
     EXPECT_EQ(DiskSpaceError(2'000'000, 1'999'999).description(),
-        "The disk is too full: the download needs 2 MB, and 1 MB are free.");
+        "There is not enough space for the download: it needs 2 MB, and 1 MB are free.");
 }
 
 } // namespace

@@ -13,6 +13,7 @@ inline constexpr uint64_t cleanupWeightsSize = 484'219'808;
 // Where the local model and the tools that run it lie below their directory.
 struct CleanupFiles {
     std::filesystem::path directory;
+    uint64_t weightsSize = cleanupWeightsSize; // bytes
 
     // Where the application keeps them: "Sorvane/Cleanup/S1-mini-Q4" in the user's application support, as it was
     // when this was first asked.

@@ -19,6 +19,7 @@ struct CleanupAssets {
         std::string releases = "https://github.com";
 
         // $TRW_HUB_ENDPOINT and $TRW_RELEASE_ENDPOINT, where they are set.
+        // Errors: ModelStoreError io, for one that is neither https nor on this computer
         static Hosts fromEnvironment();
     };
 
@@ -27,7 +28,7 @@ struct CleanupAssets {
     std::string runtimeVersion;
 
     // The ones that belong to this version of the program, for this computer.
-    // Errors: CleanupFailure unavailable, where there are none
+    // Errors: CleanupFailure unavailable, where there are none; those of Hosts::fromEnvironment()
     static CleanupAssets pinned();
 
     // The same for a system and a machine, by the names that uname() has for them.

@@ -39,8 +39,8 @@ public:
     CleanupModelInstaller(
         std::filesystem::path directory, VerifiedAssetCache cache, CleanupAssets assets, Surroundings surroundings);
 
-    // Brings the directory into order, from whatever state it is in. Reports up to 0.882 for the weights, then up to
-    // 0.9784 for the archive, and 1 at the end.
+    // Brings the directory into order, from whatever state it is in; this object may go meanwhile. Reports up to 0.882
+    // for the weights, then up to 0.9784 for the archive, and 1 at the end.
     //
     // Errors: InstallationError, DiskSpaceError, CancellationError, CleanupFailure, and those of the download, of
     //         CleanupProcess and of the file system

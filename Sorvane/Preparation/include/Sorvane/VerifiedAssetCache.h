@@ -33,7 +33,7 @@ struct VerifiedAssetCache {
 
     // Puts the asset at the destination, unless it lies there already: then nothing is downloaded. Whatever else lies
     // there stays until the verified file takes its place, so that no byte that is not verified is ever found under
-    // that name. Nothing of a download that failed is kept.
+    // that name. Nothing of a download that failed is kept. This object outlives the wait.
     //
     // Errors: InstallationError checksum; DiskSpaceError; CancellationError; what `download` throws;
     //         std::filesystem::filesystem_error
