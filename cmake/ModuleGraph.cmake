@@ -21,7 +21,7 @@ set(SORVANE_EDGES_SorvaneHistory  SorvaneText Regex PlatformSupport)
 set(SORVANE_EDGES_SorvanePreparation Ostrel ModelCatalog ModelStore SorvaneCleanup PlatformSupport)
 set(SORVANE_EDGES_SorvaneSession  SorvaneCapture SorvaneCleanup SorvaneHistory SorvaneInsertion SorvanePreparation
                                   SorvaneText Ostrel DesktopServices Regex PlatformSupport)
-set(SORVANE_EDGES_SorvaneApp      SorvanePreparation SorvaneCleanup SorvaneText Ostrel ModelCatalog ModelStore MLProgram AudioIO PlatformSupport)
+set(SORVANE_EDGES_SorvaneApp      SorvaneSession SorvanePreparation SorvaneCleanup SorvaneText Ostrel ModelCatalog ModelStore MLProgram AudioIO PlatformSupport)
 set(SORVANE_EDGES_SorvaneSurfaces  SorvaneSession PlatformSupport)
 set(SORVANE_EDGES_SorvaneViewModels SorvaneSurfaces SorvaneSession PlatformSupport)
 set(SORVANE_EDGES_SorvaneWindows   SorvaneViewModels SorvaneSurfaces PlatformSupport)

@@ -3,18 +3,21 @@
 #include "Program.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
+#include <array>
+#include <csignal>
 #include <stdexcept>
+#include <utility>
 
 extern char** environ; // NOLINT(readability-redundant-declaration): POSIX leaves it to the program
 
 namespace {
+
+using PlatformSupport::FileDescriptor;
 
 std::vector<char*> pointers(std::vector<std::string>& texts)
 {
@@ -26,7 +29,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts)
     return all;
 }
 
-std::vector<std::string> environmentWith(std::map<std::string, std::string> changes)
+std::vector<std::string> environmentWith(Environment changes)
 {
     changes.emplace("OSTREL_MODEL_DIRECTORY", SMALL_MODEL_DIRECTORY);
     std::vector<std::string> all;
@@ -40,37 +43,73 @@ std::vector<std::string> environmentWith(std::map<std::string, std::string> chan
     return all;
 }
 
-std::string contents(const std::filesystem::path& path)
+pid_t spawn(Words words, Environment environment, int output, const std::string& errors)
 {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
+    std::vector<std::string> settings = environmentWith(std::move(environment));
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    pid_t child = 0;
+    const int failure = posix_spawnp(
+        &child, words.front().c_str(), &actions, nullptr, pointers(words).data(), pointers(settings).data());
+    posix_spawn_file_actions_destroy(&actions);
+    if (failure != 0)
+        throw std::runtime_error("cannot start " + words.front());
+    return child;
 }
 
 } // namespace
 
-Outcome runSorvane(const std::vector<std::string>& arguments, std::map<std::string, std::string> environment)
+RunningProgram::RunningProgram(Words words, Environment environment)
 {
-    const TemporaryFolder folder;
-    const std::string output = folder / "output";
-    const std::string errors = folder / "errors";
-    std::vector<std::string> words { SORVANE_PROGRAM };
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> settings = environmentWith(std::move(environment));
+    std::array<int, 2> ends {};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe");
+    output_ = FileDescriptor(ends[0]);
+    const FileDescriptor writing(ends[1]);
+    process_ = spawn(std::move(words), std::move(environment), writing.number(), folder_ / "errors");
+}
 
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    constexpr int fresh = O_WRONLY | O_CREAT | O_TRUNC;
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), fresh, 0600);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), fresh, 0600);
-    pid_t child = 0;
-    const int failure
-        = posix_spawn(&child, SORVANE_PROGRAM, &actions, nullptr, pointers(words).data(), pointers(settings).data());
-    posix_spawn_file_actions_destroy(&actions);
-    if (failure != 0)
-        throw std::runtime_error("cannot start " SORVANE_PROGRAM);
+RunningProgram::~RunningProgram()
+{
+    kill();
+    finish();
+}
 
+bool RunningProgram::hasWritten(std::chrono::milliseconds limit)
+{
+    pollfd watched { output_.number(), POLLIN, 0 };
+    char byte = 0;
+    if (::poll(&watched, 1, static_cast<int>(limit.count())) <= 0 || ::read(output_.number(), &byte, 1) != 1)
+        return false;
+    written_ += byte;
+    return true;
+}
+
+void RunningProgram::kill() const
+{
+    if (process_ != 0)
+        ::kill(process_, SIGKILL);
+}
+
+Outcome RunningProgram::finish()
+{
+    while (hasWritten()) { }
     int status = 0;
-    waitpid(child, &status, 0);
-    return { WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(output), contents(errors) };
+    if (process_ != 0)
+        ::waitpid(std::exchange(process_, 0), &status, 0);
+    return { WIFEXITED(status) ? WEXITSTATUS(status) : -1, written_, folder_.contents("errors") };
+}
+
+Outcome runProgram(Words words, Environment environment)
+{
+    return RunningProgram(std::move(words), std::move(environment)).finish();
+}
+
+Outcome runSorvane(const Words& arguments, Environment environment)
+{
+    Words words { SORVANE_PROGRAM };
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return runProgram(std::move(words), std::move(environment));
 }

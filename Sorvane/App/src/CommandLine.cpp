@@ -25,6 +25,10 @@ Command parseCommandLine(std::span<const std::string> arguments)
     if (arguments.size() < 2)
         return UsageError { "nothing to do" };
     const std::string& flag = arguments[1];
+    if (arguments.size() == 2 && flag == "--check-first-run")
+        return CheckFirstRunCommand {};
+    if (arguments.size() == 2 && flag == "--check-preparation-cache")
+        return CheckPreparationCacheCommand {};
     if (arguments.size() == 3 && flag == "--evaluate-cleanup")
         return EvaluateCleanupCommand { arguments[2] };
     if (arguments.size() == 2 && flag == "--check-cleanup")
@@ -42,9 +46,10 @@ std::string helpText()
 {
     return "Usage: sorvane --transcribe FILE [--format text|json|srt|vtt]\n"
            "       sorvane --evaluate-cleanup FILE | --check-cleanup\n"
+           "       sorvane --check-first-run | --check-preparation-cache\n"
            "       sorvane --help | --version\n"
            "\n"
-           "Transcribes an audio file on this computer. Nothing is sent anywhere.\n"
+           "Transcribes an audio file on this computer. No audio and no text is sent anywhere.\n"
            "\n"
            "  --transcribe FILE   print the words of an audio file, in any format that FFmpeg reads\n"
            "  --format FORMAT     text  the words, then a line with the lengths (the default)\n"
@@ -55,11 +60,17 @@ std::string helpText()
            "                      tidy the texts of a JSON file, [{\"input\": ..., \"mode\": \"clean\"}, ...],\n"
            "                      with the local language model, and print a line of JSON for each\n"
            "  --check-cleanup     try the local language model on a fixed text\n"
+           "  --check-first-run   download both models to a place of their own, try them, and try them again\n"
+           "                      without a network; nothing is kept\n"
+           "  --check-preparation-cache\n"
+           "                      get the models of this computer ready without a network\n"
            "\n"
            "Environment:\n"
            "  OSTREL_MODEL_DIRECTORY   directory of a speech model that you placed yourself\n"
            "  OSTREL_BATCH_WINDOWS     windows decoded together; fewer take less memory (64)\n"
-           "  OSTREL_SEARCH            seconds before a window's end in which a cut is looked for (3.0)\n";
+           "  OSTREL_SEARCH            seconds before a window's end in which a cut is looked for (3.0)\n"
+           "  TRW_HUB_ENDPOINT         where models come from (https://huggingface.co)\n"
+           "  TRW_RELEASE_ENDPOINT     where the cleanup's tools come from (https://github.com)\n";
 }
 
 } // namespace Sorvane

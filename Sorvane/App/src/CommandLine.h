@@ -29,6 +29,16 @@ struct CheckCleanupCommand {
     bool operator==(const CheckCleanupCommand&) const = default;
 };
 
+// Gets the models ready from nothing, in a directory of its own, and then again without a network.
+struct CheckFirstRunCommand {
+    bool operator==(const CheckFirstRunCommand&) const = default;
+};
+
+// Gets the models ready from what this user has, without a network.
+struct CheckPreparationCacheCommand {
+    bool operator==(const CheckPreparationCacheCommand&) const = default;
+};
+
 struct HelpCommand {
     bool operator==(const HelpCommand&) const = default;
 };
@@ -44,8 +54,8 @@ struct UsageError {
     bool operator==(const UsageError&) const = default;
 };
 
-using Command = std::variant<TranscribeCommand, EvaluateCleanupCommand, CheckCleanupCommand, HelpCommand,
-    VersionCommand, UsageError>;
+using Command = std::variant<TranscribeCommand, EvaluateCleanupCommand, CheckCleanupCommand, CheckFirstRunCommand,
+    CheckPreparationCacheCommand, HelpCommand, VersionCommand, UsageError>;
 
 // What kind of process the arguments ask for. A check's flag counts only when it stands second and the whole
 // list has the check's form; `arguments` begins with the program's name.

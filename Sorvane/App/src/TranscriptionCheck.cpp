@@ -2,11 +2,11 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "TranscriptionCheck.h"
 
+#include "ModelServices.h"
 #include "ProgressLine.h"
 
 #include <AudioIO/AudioFile.h>
 #include <Ostrel/Ostrel.h>
-#include <PlatformSupport/Environment.h>
 
 #include <unistd.h>
 
@@ -34,15 +34,9 @@ ProgressLine::Visible progressFor(const std::string& path)
     }
 }
 
-// The directory that the user placed a model in, if he named one; else where models are kept.
-ModelStore::ModelPlace modelPlace()
-{
-    return { .directory = PlatformSupport::environmentVariable("OSTREL_MODEL_DIRECTORY"), .cacheRoot = {} };
-}
-
 Ostrel::Result transcribe(const std::string& path)
 {
-    Ostrel::Ostrel engine(modelPlace());
+    Ostrel::Ostrel engine(defaultModelPlace());
     ProgressLine line(stderr, progressFor(path));
     return engine.transcribe(
         std::filesystem::path(path), [&](Ostrel::Progress progress) { line.update(progress.fractionCompleted); });

@@ -42,6 +42,16 @@ TEST(CommandLine, ChecksTheCleanupOnlyInTheExactForm)
         EXPECT_TRUE(std::holds_alternative<UsageError>(parse(arguments)));
 }
 
+TEST(CommandLine, ChecksThePreparationOnlyInTheExactForm)
+{
+    EXPECT_EQ(parse({ "--check-first-run" }), Command(CheckFirstRunCommand {}));
+    EXPECT_EQ(parse({ "--check-preparation-cache" }), Command(CheckPreparationCacheCommand {}));
+    const std::vector<std::vector<std::string>> wrong { { "--check-first-run", "a" },
+        { "--check-preparation-cache", "--check-first-run" }, { "a", "--check-first-run" } };
+    for (const auto& arguments : wrong)
+        EXPECT_TRUE(std::holds_alternative<UsageError>(parse(arguments)));
+}
+
 TEST(CommandLine, ComplainsAboutWhatItDoesNotKnow)
 {
     const std::vector<std::vector<std::string>> wrong { {}, { "--transcribe" }, { "--transcribe", "a", "b" },
