@@ -55,7 +55,7 @@ TranscriptEntry makeEntry(const NewTranscript& transcript, const UUID& id)
 
 } // namespace
 
-TranscriptHistory::TranscriptHistory(fs::path directory, PlatformSupport::UUIDSource& uuids)
+TranscriptHistory::TranscriptHistory(const fs::path& directory, PlatformSupport::UUIDSource& uuids)
     : directory_(withoutTrailingSlash(directory))
     , uuids_(uuids)
     , folder_(std::make_unique<TranscriptFolder>(directory_))
@@ -139,9 +139,9 @@ void TranscriptHistory::persistLifetimeStatisticsOrTell()
     }
 }
 
-TranscriptEntry TranscriptHistory::save(NewTranscript transcript)
+TranscriptEntry TranscriptHistory::save(const NewTranscript& transcript)
 {
-    const TranscriptEntry entry = makeEntry(transcript, uuids_.next());
+    TranscriptEntry entry = makeEntry(transcript, uuids_.next());
     folder_->write(entry);
     entries_.insert(
         std::ranges::upper_bound(entries_, entry.createdAt, std::ranges::greater(), &TranscriptEntry::createdAt),
@@ -152,7 +152,7 @@ TranscriptEntry TranscriptHistory::save(NewTranscript transcript)
     return entry;
 }
 
-void TranscriptHistory::applyCleanup(std::string text, const UUID& id)
+void TranscriptHistory::applyCleanup(const std::string& text, const UUID& id)
 {
     const auto found = std::ranges::find(entries_, id, &TranscriptEntry::id);
     if (found == entries_.end())

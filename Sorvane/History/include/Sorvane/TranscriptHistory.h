@@ -41,7 +41,7 @@ class TranscriptHistory {
 public:
     // Opens the folder, and makes it where there is none. What goes wrong is in errorMessage(). `uuids` must outlive
     // the history.
-    TranscriptHistory(std::filesystem::path directory, PlatformSupport::UUIDSource& uuids);
+    TranscriptHistory(const std::filesystem::path& directory, PlatformSupport::UUIDSource& uuids);
     ~TranscriptHistory();
     TranscriptHistory(const TranscriptHistory&) = delete;
     TranscriptHistory& operator=(const TranscriptHistory&) = delete;
@@ -74,13 +74,13 @@ public:
     //
     // Errors: std::filesystem::filesystem_error when the file cannot be written; nothing has changed.
     // Counters that cannot be stored are no error: they show in errorMessage().
-    TranscriptEntry save(NewTranscript transcript);
+    TranscriptEntry save(const NewTranscript& transcript);
 
     // Gives a transcript the text that cleanup made of it. The very first text stays in `rawText`.
     //
     // Errors: std::filesystem::filesystem_error when there is no such transcript (no_such_file_or_directory) or the
     //         file cannot be written; nothing has changed
-    void applyCleanup(std::string text, const PlatformSupport::UUID& id);
+    void applyCleanup(const std::string& text, const PlatformSupport::UUID& id);
 
     // Deletes the transcripts' files. What they added to the counters stays.
     //
