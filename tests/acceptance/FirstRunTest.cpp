@@ -134,6 +134,18 @@ TEST_F(FirstRun, FailsForAModelThatFails)
     EXPECT_TRUE(fs::is_empty(models.temporary()));
 }
 
+TEST_F(FirstRun, LeavesNothingWhenTheUserStopsIt)
+{
+    models.hub.play(R"({"on": "content/s1-mini-q4_k_m.gguf", "fault": "stall", "after": 1000000})");
+    RunningProgram program({ TEST_PINS_PROGRAM, "--check-first-run" }, models.environment());
+    while (program.output().find("text cleanup") == std::string::npos && program.hasWritten()) { }
+    program.interrupt();
+    const auto outcome = program.finish();
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "Fresh preparation failed: Setup paused. Resume when you’re ready.\n");
+    EXPECT_TRUE(fs::is_empty(models.temporary()));
+}
+
 // Its first edit damages the weights: the second preparation would have to download them again.
 TEST_F(FirstRun, FailsWhenReopeningNeedsTheNetwork)
 {

@@ -93,6 +93,11 @@ void RunningProgram::kill() const
         ::kill(process_, SIGKILL);
 }
 
+void RunningProgram::interrupt() const
+{
+    ::kill(process_, SIGINT);
+}
+
 Outcome RunningProgram::finish()
 {
     while (hasWritten()) { }

@@ -38,7 +38,10 @@ public:
     // Whether a byte of its output came, within the time if one is given; it adds to the outcome's output.
     bool hasWritten(std::chrono::milliseconds limit = std::chrono::milliseconds(-1));
 
+    const std::string& output() const { return written_; } // that has been read
+
     void kill() const; // as the system does it: at once
+    void interrupt() const; // as the user does it, with Ctrl-C
 
     // Waits for its end.
     Outcome finish();

@@ -53,6 +53,12 @@ FirstRunPreparationCheck::FirstRunPreparationCheck(const Composition& compositio
     : composition_(composition)
     , directory_(
           PlatformSupport::UserFolders::fromEnvironment().temporary / ("sorvane-first-run-" + uuids_.next().text()))
+    , interruption_([this] {
+        PlatformSupport::startDetachedTask(mainThread_.executor(), [this]() -> Awaitable<void> {
+            stop();
+            co_return;
+        });
+    })
 {
     constexpr mode_t onlyThisUser = 0700;
     if (::mkdir(directory_.c_str(), onlyThisUser) != 0)
@@ -99,7 +105,11 @@ std::vector<ModelPreparation::Stage> FirstRunPreparationCheck::prepare(ModelServ
         return services.prepareCleanup(directory_ / "cleanup", std::move(progress));
     };
     preparation.start(speech, cleanup);
-    mainThread_.turnUntil([&] { return !preparation.task(); });
+    const auto cancel = [&] {
+        if (const auto& task = preparation.task())
+            task->cancel();
+    };
+    runToEnd(cancel, [&] { return !preparation.task(); });
     return seen;
 }
 
@@ -111,6 +121,23 @@ Awaitable<void> FirstRunPreparationCheck::prepareSpeech(ModelServices& services,
         throw CheckFailure("Speech inference failed.");
 }
 
+// Whoever asks the process to end cancels what runs, which then fails, as does all that would come after it.
+void FirstRunPreparationCheck::stop()
+{
+    isStopped_ = true;
+    if (cancel_)
+        cancel_();
+}
+
+void FirstRunPreparationCheck::runToEnd(std::function<void()> cancel, const std::function<bool()>& isFinished)
+{
+    cancel_ = std::move(cancel);
+    if (isStopped_)
+        cancel_();
+    mainThread_.turnUntil(isFinished);
+    cancel_ = {};
+}
+
 void FirstRunPreparationCheck::requireEdit(ModelServices& services)
 {
     const std::string transcript = "Um, can you, can you make the labels smaller, uh, but keep the icon size?";
@@ -119,7 +146,9 @@ void FirstRunPreparationCheck::requireEdit(ModelServices& services)
         return TranscriptCleanup::generate(
             transcript, TranscriptCleanup::Context::general, files, services.cleanupProcess(), tagger_);
     };
-    const std::string response = mainThread_.finish(PlatformSupport::startTask(mainThread_.executor(), generate));
+    const auto task = PlatformSupport::startTask(mainThread_.executor(), generate);
+    runToEnd([&] { task.cancel(); }, [&] { return task.isFinished(); });
+    const std::string response = mainThread_.finish(task);
     const auto tidied = TranscriptCleanup::validate(response, transcript);
     if (!tidied || *tidied == transcript)
         throw CheckFailure("Downloaded cleanup model did not edit the synthetic transcript.");

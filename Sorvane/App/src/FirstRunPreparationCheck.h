@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Composition.h"
+#include "Interruption.h"
 
 #include <PlatformSupport/HandTurnedLoop.h>
 #include <PlatformSupport/UUID.h>
@@ -11,6 +12,7 @@
 #include <Sorvane/ModelPreparation.h>
 
 #include <filesystem>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,7 +21,8 @@ namespace Sorvane {
 
 class ModelServices;
 
-// A whole first run without a user, in a directory that did not exist before and is gone afterwards.
+// A whole first run without a user, in a directory that did not exist before and is gone afterwards, even if the
+// process is asked to end meanwhile.
 class FirstRunPreparationCheck {
 public:
     // What a user would have missed.
@@ -42,12 +45,17 @@ private:
     std::vector<Stage> prepare(ModelServices& services);
     PlatformSupport::Awaitable<void> prepareSpeech(ModelServices& services, PreparationProgress progress) const;
     void requireEdit(ModelServices& services);
+    void stop();
+    void runToEnd(std::function<void()> cancel, const std::function<bool()>& isFinished);
 
     const Composition& composition_;
     PlatformSupport::RandomUUIDs uuids_;
     PlatformSupport::HandTurnedLoop mainThread_;
     LinkGrammarTagger tagger_;
     std::filesystem::path directory_;
+    bool isStopped_ = false;
+    std::function<void()> cancel_; // what runs now
+    Interruption interruption_;
 };
 
 } // namespace Sorvane
