@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <TestHub.h>
 
+#include <cstdlib>
 #include <latch>
 #include <optional>
 
@@ -236,6 +237,17 @@ TEST_F(TransferTest, KeepsItsConnections)
     for (const auto& request : hub_.log())
         connections.insert(request.client);
     EXPECT_EQ(connections.size(), 1);
+}
+
+TEST_F(TransferTest, GoesThroughTheProxyOfTheEnvironmentButNotToThisComputer)
+{
+    ::setenv("http_proxy", hub_.origin().c_str(), 1);
+    const HTTPResponse response = get("http://models.invalid/echo");
+    ::setenv("http_proxy", "http://127.0.0.1:1", 1);
+    EXPECT_EQ(get(url()).body, content_);
+    ::unsetenv("http_proxy");
+    EXPECT_EQ(response.status, 200);
+    EXPECT_EQ(hub_.log().front().path, "http://models.invalid/echo");
 }
 
 TEST_F(TransferTest, EndsWithItsTask)
