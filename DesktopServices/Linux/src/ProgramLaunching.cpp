@@ -49,7 +49,7 @@ std::string findProgram(const std::string& name)
     while (!rest.empty()) {
         const auto folder = rest.substr(0, rest.find(':'));
         rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
-        const auto path = std::string(folder) + "/" + name;
+        auto path = std::string(folder) + "/" + name;
         if (folder.starts_with('/') && ::access(path.c_str(), X_OK) == 0)
             return path;
     }

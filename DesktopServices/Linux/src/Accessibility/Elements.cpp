@@ -143,7 +143,7 @@ AccessibilityReading Elements::rangeReading(const ObjectReference& element, Dead
 // Pages give their elements identifiers in another way than toolkits.
 AccessibilityReading Elements::identifierReading(const ObjectReference& element, Deadline deadline)
 {
-    const auto identifier = textReading(tree_.identifier(element, deadline));
+    auto identifier = textReading(tree_.identifier(element, deadline));
     if (identifier.succeeded() || identifier.error == AccessibilityError::cannotComplete
         || identifier.error == AccessibilityError::invalidElement)
         return identifier;

@@ -100,7 +100,7 @@ std::optional<ObjectReference> FocusTracker::lastFocused(ProcessIdentifier proce
         if (const auto owner = processes_.find(program); owner != processes_.end() && owner->second == process)
             return ObjectReference { program, path };
     }
-    const auto found = find(process, deadline);
+    auto found = find(process, deadline);
     if (found)
         focused_.try_emplace(found->program, found->path);
     return found;

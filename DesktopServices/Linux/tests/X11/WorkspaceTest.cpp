@@ -83,7 +83,7 @@ TEST_F(WorkspaceTest, SaysNothingWhenAnotherWindowOfTheSameProgramComesToTheFron
     OtherProgram second;
     first.ask("window First");
     first.ask("window First");
-    turnUntilInFront(first);
+    loop.turnUntil([&] { return activated.size() == 1; });
     second.ask("window Second");
     loop.turnUntil([&] { return !activated.empty() && activated.back()->processIdentifier() == second.process(); });
     EXPECT_EQ(activated.size(), 2u);
@@ -108,7 +108,7 @@ TEST_F(WorkspaceTest, IsNotHeldUpByAFrozenProgram)
     OtherProgram frozen;
     OtherProgram second;
     frozen.ask("window Frozen");
-    turnUntilInFront(frozen);
+    loop.turnUntil([&] { return activated.size() == 1; });
     second.ask("window Second");
     turnUntilInFront(second);
     frozen.freeze();
