@@ -6,11 +6,9 @@
 #include <Sorvane/InstallationError.h>
 #include <Sorvane/VerifiedAssetCache.h>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <sys/fsuid.h>
 #include <TemporaryFolder.h>
-#include <unistd.h>
 
 namespace Sorvane {
 namespace {
@@ -184,14 +182,14 @@ TEST_F(VerifiedAssetCacheTest, FailsWhereAFolderIsInTheWay)
 TEST_F(VerifiedAssetCacheTest, FailsForAFileThatCannotBeOpened)
 {
     store("the weights");
-    rlimit before {};
-    ::getrlimit(RLIMIT_NOFILE, &before);
-    const int next = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-    ::close(next);
-    const rlimit none { static_cast<rlim_t>(next), before.rlim_max };
-    ::setrlimit(RLIMIT_NOFILE, &none);
+    const auto passable = fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec;
+    fs::permissions(folder.path(), passable);
+    fs::permissions(destination.parent_path(), passable);
+    fs::permissions(destination, fs::perms::none);
+    constexpr uid_t nobody = 65534;
+    const int before = ::setfsuid(nobody); // this thread may do no more than others, even the superuser's
     EXPECT_THROW(fetch(asset), fs::filesystem_error);
-    ::setrlimit(RLIMIT_NOFILE, &before);
+    ::setfsuid(static_cast<uid_t>(before));
     EXPECT_TRUE(server.requests.empty());
 }
 
