@@ -108,11 +108,13 @@ xcb_window_t X11Workspace::topmostWindow(const ProcessRun& process)
     return found == windows.end() ? xcb_window_t { XCB_WINDOW_NONE } : *found;
 }
 
+// Between two windows of one program there is none in front for a moment.
 void X11Workspace::activeWindowChanged()
 {
     const auto inFront = frontmost();
-    if (std::exchange(lastInFront_, inFront) == inFront || !inFront)
+    if (!inFront || inFront == lastInFront_)
         return;
+    lastInFront_ = inFront;
     std::erase_if(handlers_, [](const auto& handler) { return handler.expired(); });
     const auto present = handlers_;
     for (const auto& handler : present)
