@@ -105,11 +105,14 @@ bool X11HotKey::grab()
     return refused == 0;
 }
 
+// On return another program can take the chord.
 void X11HotKey::ungrab()
 {
-    if (const auto old = std::exchange(grab_, std::nullopt))
-        xcb_ungrab_key(connection_.get(), old->key, connection_.root(), XCB_MOD_MASK_ANY);
-    connection_.flush();
+    const auto old = std::exchange(grab_, std::nullopt);
+    if (!old)
+        return;
+    xcb_ungrab_key(connection_.get(), old->key, connection_.root(), XCB_MOD_MASK_ANY);
+    connection_.synchronise();
 }
 
 void X11HotKey::keyboardChanged()
