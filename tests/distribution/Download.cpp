@@ -8,7 +8,6 @@
 #include <PlatformSupport/BlockingValue.h>
 
 #include <algorithm>
-#include <regex>
 #include <set>
 
 using namespace std::chrono_literals;
@@ -73,7 +72,11 @@ std::string Download::withoutPlaces(std::string text) const
     };
     replaceAll(hub_.origin(), "https://hub");
     replaceAll(folder_.path().string(), "<caches>");
-    return std::regex_replace(text, std::regex("and [0-9.]+ .B are free"), "and … are free");
+    const size_t space = text.find(", and ");
+    const size_t end = text.find(" are free");
+    if (space != std::string::npos && end != std::string::npos)
+        text.replace(space, end - space, ", and …");
+    return text;
 }
 
 std::string Download::onDisk() const
