@@ -63,6 +63,11 @@ std::vector<RemoteEntry> entriesFor(const std::string& requested, const std::vec
     return found;
 }
 
+ModelStoreError notInRepo(const std::string& repo, const std::string& file)
+{
+    return ModelStoreError::notInRepo(repo + "/" + file);
+}
+
 ModelStoreError wrongSize(const RemoteEntry& entry, std::optional<int64_t> actual)
 {
     return ModelStoreError::integrityCheckFailed(
@@ -79,7 +84,7 @@ std::vector<RemoteEntry> ModelStore::resolve(
     for (const std::string& file : files) {
         std::vector<RemoteEntry> found = entriesFor(file, tree);
         if (found.empty())
-            throw ModelStoreError::notInRepo(repo + "/" + file);
+            throw notInRepo(repo, file);
         for (RemoteEntry& entry : found)
             if (seen.insert(entry.path).second)
                 result.push_back(std::move(entry));
