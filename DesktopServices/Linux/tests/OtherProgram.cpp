@@ -15,6 +15,11 @@ namespace DesktopLinux {
 
 using PlatformSupport::FileDescriptor;
 
+OtherProgram::OtherProgram()
+    : OtherProgram(OtherProgram_PROGRAM)
+{
+}
+
 OtherProgram::OtherProgram(const std::filesystem::path& executable)
 {
     std::array<int, 2> toChild {};

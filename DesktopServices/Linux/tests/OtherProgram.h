@@ -17,7 +17,8 @@ namespace DesktopLinux {
 class OtherProgram {
 public:
     // The program, or a copy of it under another path.
-    explicit OtherProgram(const std::filesystem::path& executable = OtherProgram_PROGRAM);
+    OtherProgram();
+    explicit OtherProgram(const std::filesystem::path& executable);
     OtherProgram(const OtherProgram&) = delete;
     OtherProgram& operator=(const OtherProgram&) = delete;
     ~OtherProgram();
