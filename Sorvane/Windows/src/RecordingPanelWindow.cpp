@@ -6,7 +6,6 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
-
 #include <utility>
 
 namespace Sorvane {
