@@ -23,7 +23,7 @@ Command parseTranscribe(std::span<const std::string> operands)
 Command parseCommandLine(std::span<const std::string> arguments)
 {
     if (arguments.size() < 2)
-        return UsageError { "nothing to do" };
+        return DictateCommand {};
     const std::string& flag = arguments[1];
     if (arguments.size() == 2 && flag == "--check-first-run")
         return CheckFirstRunCommand {};
@@ -44,12 +44,15 @@ Command parseCommandLine(std::span<const std::string> arguments)
 
 std::string helpText()
 {
-    return "Usage: sorvane --transcribe FILE [--format text|json|srt|vtt]\n"
+    return "Usage: sorvane\n"
+           "       sorvane --transcribe FILE [--format text|json|srt|vtt]\n"
            "       sorvane --evaluate-cleanup FILE | --check-cleanup\n"
            "       sorvane --check-first-run | --check-preparation-cache\n"
            "       sorvane --help | --version\n"
            "\n"
-           "Transcribes an audio file on this computer. No audio and no text is sent anywhere.\n"
+           "Types what you say: press Alt and the space bar, speak, press them again, and the words stand in\n"
+           "the field you are in. No audio and no text is sent anywhere. With an argument it does something\n"
+           "else and ends:\n"
            "\n"
            "  --transcribe FILE   print the words of an audio file, in any format that FFmpeg reads\n"
            "  --format FORMAT     text  the words, then a line with the lengths (the default)\n"

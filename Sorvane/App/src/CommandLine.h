@@ -39,6 +39,11 @@ struct CheckPreparationCacheCommand {
     bool operator==(const CheckPreparationCacheCommand&) const = default;
 };
 
+// The application itself.
+struct DictateCommand {
+    bool operator==(const DictateCommand&) const = default;
+};
+
 struct HelpCommand {
     bool operator==(const HelpCommand&) const = default;
 };
@@ -55,7 +60,7 @@ struct UsageError {
 };
 
 using Command = std::variant<TranscribeCommand, EvaluateCleanupCommand, CheckCleanupCommand, CheckFirstRunCommand,
-    CheckPreparationCacheCommand, HelpCommand, VersionCommand, UsageError>;
+    CheckPreparationCacheCommand, DictateCommand, HelpCommand, VersionCommand, UsageError>;
 
 // What kind of process the arguments ask for. A check's flag counts only when it stands second and the whole
 // list has the check's form; `arguments` begins with the program's name.

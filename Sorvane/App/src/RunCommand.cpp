@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "RunCommand.h"
 
+#include "Application.h"
 #include "CleanupCheck.h"
 #include "CommandLine.h"
 #include "Composition.h"
@@ -22,6 +23,8 @@ struct Performer {
     int operator()(const CheckCleanupCommand&) const { return checkCleanup(); }
     int operator()(const CheckFirstRunCommand&) const { return checkFirstRun(composition); }
     int operator()(const CheckPreparationCacheCommand&) const { return checkPreparationCache(composition); }
+
+    int operator()(const DictateCommand&) const { return runApplication(composition); }
 
     int operator()(const HelpCommand&) const
     {

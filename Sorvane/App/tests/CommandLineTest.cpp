@@ -18,6 +18,11 @@ Command parse(std::vector<std::string> arguments)
 
 } // namespace
 
+TEST(CommandLine, DictatesWithoutArguments)
+{
+    EXPECT_EQ(parse({}), Command(DictateCommand {}));
+}
+
 TEST(CommandLine, TranscribesOneFile)
 {
     EXPECT_EQ(parse({ "--transcribe", "a.wav" }), Command(TranscribeCommand { "a.wav" }));
@@ -54,7 +59,7 @@ TEST(CommandLine, ChecksThePreparationOnlyInTheExactForm)
 
 TEST(CommandLine, ComplainsAboutWhatItDoesNotKnow)
 {
-    const std::vector<std::vector<std::string>> wrong { {}, { "--transcribe" }, { "--transcribe", "a", "b" },
+    const std::vector<std::vector<std::string>> wrong { { "--transcribe" }, { "--transcribe", "a", "b" },
         { "--transcribe", "a", "--format", "doc" }, { "--transcribe", "a", "--format" }, { "a", "--transcribe" },
         { "--help", "more" }, { "" } };
     for (const auto& arguments : wrong)

@@ -36,6 +36,11 @@ public:
     DesktopServices::KeyEvents& keyEvents();
     DesktopServices::Pasteboard& pasteboard();
 
+    // For whoever has to know it before there is an executor.
+    //
+    // Errors: NoDisplayError
+    static void requireDisplay();
+
     // Whether the key of the chord in force is down.
     bool isShortcutHeld() const;
 

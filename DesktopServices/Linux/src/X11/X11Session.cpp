@@ -39,6 +39,15 @@ X11Session::X11Session(const PlatformSupport::Executor& mainThread, PlatformSupp
 
 X11Session::~X11Session() = default;
 
+void X11Session::requireDisplay()
+{
+    xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
+    const bool isReachable = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    if (!isReachable)
+        throw NoDisplayError();
+}
+
 DesktopServices::Workspace& X11Session::workspace()
 {
     return parts_->workspace;

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+#include "Application.h"
+
+#include "DictationModels.h"
+#include "Interruption.h"
+#include "RunningInstance.h"
+
+#include <cstdio>
+#include <exception>
+#include <QApplication>
+#include <utility>
+
+namespace Sorvane {
+
+Application::Application(const Composition& composition)
+    : models_(composition, Network::reachable())
+    , controller_(services())
+    , statusItem_(controller_, [] { QCoreApplication::quit(); })
+{
+    accessibility_.enable();
+    changes_ = controller_.subscribe([this] { tellPreparation(); });
+}
+
+Application::~Application()
+{
+    controller_.shutdown();
+}
+
+void Application::start()
+{
+    controller_.prepareModel();
+    tellPreparation();
+}
+
+// For whoever started the program in a terminal.
+void Application::tellPreparation()
+{
+    const std::string line = statusLine(controller_.preparation().stage());
+    if (std::exchange(told_, line) == line)
+        return;
+    std::puts(line.c_str());
+    std::fflush(stdout);
+}
+
+DictationServices Application::services()
+{
+    return {
+        .mainThread = mainThread_.executor(),
+        .clock = clock_,
+        .uuids = uuids_,
+        .defaults = defaults_,
+        .desktop = { accessibility_.accessibility(), x11_.workspace(), x11_.pasteboard(), x11_.keyEvents(),
+            x11_.hotKey(), permissions_, launching_, log_ },
+        .microphone = sound_.microphone(),
+        .historyDirectory = folders_.applicationSupport / "Sorvane" / "Transcripts",
+        .cleanup = TranscriptCleanup(models_.cleanupProcess(), tagger_),
+        .loadSpeech = speechLoader(models_),
+        .prepareCleanup = cleanupPreparation(models_),
+    };
+}
+
+int runApplication(const Composition& composition)
+{
+    // Before any other thread is made.
+    const Interruption interruption([] { QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection); });
+    try {
+        DesktopLinux::X11Session::requireDisplay(); // without one, Qt would end the process
+        const RunningInstance instance;
+        int count = 1;
+        std::string name = "sorvane";
+        char* values[] = { name.data(), nullptr };
+        const QApplication qt(count, values);
+        QApplication::setQuitOnLastWindowClosed(false);
+        Application application(composition);
+        application.start();
+        return QApplication::exec();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "sorvane: %s\n", error.what());
+        return 1;
+    }
+}
+
+} // namespace Sorvane
