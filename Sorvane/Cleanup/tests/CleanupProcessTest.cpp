@@ -245,8 +245,10 @@ TEST_F(CleanupProcessTest, FailsWhereThePromptFindsNoRoom)
 
 TEST_F(CleanupProcessTest, RunsToolsSideBySide)
 {
+    constexpr size_t count = 8;
     std::vector<PlatformSupport::Task<std::string>> runs;
-    for (int i = 0; i < 8; ++i)
+    runs.reserve(count);
+    while (runs.size() < count)
         runs.push_back(testbed.start(testbed.generator("word")));
     for (const auto& run : runs)
         EXPECT_EQ(testbed.loop.finish(run), "Word.<|im_end|> [end of text]\n\n\n");
