@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -70,8 +71,16 @@ bool startDetached(CommandLine command)
     ::posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     ::posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     ::posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
+    // Requests to end, which this program takes in its own way, reach the other as always.
+    posix_spawnattr_t attributes;
+    ::posix_spawnattr_init(&attributes);
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
     pid_t child = 0;
-    const int failure = ::posix_spawnp(&child, "setsid", &files, nullptr, arguments.data(), environ);
+    const int failure = ::posix_spawnp(&child, "setsid", &files, &attributes, arguments.data(), environ);
+    ::posix_spawnattr_destroy(&attributes);
     ::posix_spawn_file_actions_destroy(&files);
     int status = 0;
     while (failure == 0 && ::waitpid(child, &status, 0) < 0 && errno == EINTR) { }

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <TemporaryFolder.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 
@@ -31,6 +32,15 @@ protected:
     void install(const std::string& program)
     {
         folder.write("bin/" + program, "#!/bin/sh\necho " + program + " \"$@\" >" + (folder / "told").string() + "\n");
+        fs::permissions(folder / "bin" / program, fs::perms::owner_all);
+    }
+
+    // A program that tells which signals are kept from it.
+    void installTeller(const std::string& program)
+    {
+        folder.write("bin/" + program,
+            "#!/bin/sh\nwhile read -r key value; do [ $key != SigBlk: ] || echo $value >" + (folder / "told").string()
+                + "; done </proc/$$/status\n");
         fs::permissions(folder / "bin" / program, fs::perms::owner_all);
     }
 
@@ -70,6 +80,19 @@ TEST_F(ProgramLaunchingTest, OpensTheSettingsOfTheDesktopThatIsThere)
     EXPECT_EQ(told(), "gnome-control-center sound");
     EXPECT_TRUE(launching.open(settings + "Accessibility"));
     EXPECT_EQ(told(), "gnome-control-center universal-access");
+}
+
+TEST_F(ProgramLaunchingTest, KeepsNoSignalFromThePrograms)
+{
+    installTeller("xdg-open");
+    sigset_t termination;
+    sigset_t before;
+    ::sigemptyset(&termination);
+    ::sigaddset(&termination, SIGTERM);
+    ::pthread_sigmask(SIG_BLOCK, &termination, &before);
+    EXPECT_TRUE(launching.open("https://example.org"));
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    EXPECT_EQ(told(), "0000000000000000");
 }
 
 TEST_F(ProgramLaunchingTest, SaysWhenNobodyTakesIt)
