@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+
 #include <string_view>
 
 namespace Sorvane {

@@ -6,6 +6,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+
 #include <utility>
 
 namespace Sorvane {

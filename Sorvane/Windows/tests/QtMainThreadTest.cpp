@@ -5,10 +5,11 @@
 #include <PlatformSupport/Task.h>
 #include <Sorvane/QtMainThread.h>
 
-#include <optional>
 #include <QCoreApplication>
 #include <QTest>
 #include <QThread>
+
+#include <optional>
 #include <thread>
 
 namespace Sorvane {

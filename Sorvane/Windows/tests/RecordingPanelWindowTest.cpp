@@ -5,10 +5,11 @@
 #include <Sorvane/RecordingPanelViewModel.h>
 #include <Sorvane/RecordingPanelWindow.h>
 
-#include <chrono>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTest>
+
+#include <chrono>
 
 namespace Sorvane {
 namespace {

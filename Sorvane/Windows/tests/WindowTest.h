@@ -4,7 +4,6 @@
 
 #include <DictationOnFakes.h>
 #include <gtest/gtest.h>
-
 #include <QImage>
 #include <QQuickWindow>
 #include <QString>

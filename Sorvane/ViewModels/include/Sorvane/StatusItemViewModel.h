@@ -5,9 +5,10 @@
 #include <PlatformSupport/Observers.h>
 #include <Sorvane/StatusItem.h>
 
-#include <functional>
 #include <QObject>
 #include <QString>
+
+#include <functional>
 
 namespace Sorvane {
 
