@@ -10,6 +10,8 @@
 
 #include <array>
 #include <csignal>
+#include <fstream>
+#include <ios>
 #include <stdexcept>
 #include <utility>
 
@@ -91,6 +93,16 @@ void RunningProgram::kill() const
 {
     if (process_ != 0)
         ::kill(process_, SIGKILL);
+}
+
+bool RunningProgram::holdsBackInterrupts() const
+{
+    std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+    std::string key;
+    while (status >> key && key != "SigBlk:") { }
+    unsigned long long blocked = 0;
+    status >> std::hex >> blocked;
+    return ((blocked >> (SIGINT - 1)) & 1) != 0;
 }
 
 void RunningProgram::interrupt() const

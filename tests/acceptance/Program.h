@@ -40,6 +40,9 @@ public:
 
     const std::string& output() const { return written_; } // that has been read
 
+    // Whether a request to end it would reach it later, as when it has not got so far as to take it in its own way.
+    bool holdsBackInterrupts() const;
+
     void kill() const; // as the system does it: at once
     void interrupt() const; // as the user does it, with Ctrl-C
 

@@ -88,6 +88,17 @@ TEST_F(DictationOnTheDesktop, EndsWhenItIsAskedTo)
     EXPECT_EQ(sorvane.finish().status, 0);
 }
 
+// There is nothing yet that could be quit.
+TEST_F(DictationOnTheDesktop, EndsWhenItIsAskedToWhileItStarts)
+{
+    auto environment = models.environment();
+    environment["XDG_RUNTIME_DIR"] = models.temporary(); // where it is the only one
+    RunningProgram second { { TEST_PINS_PROGRAM }, environment };
+    while (!second.holdsBackInterrupts()) { }
+    second.interrupt();
+    EXPECT_EQ(second.finish().status, 0);
+}
+
 TEST(DictationWithoutADesktop, IsRefused)
 {
     const auto outcome = runSorvane({}, { { "DISPLAY", "" } });

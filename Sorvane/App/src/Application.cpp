@@ -6,9 +6,11 @@
 #include "Interruption.h"
 #include "RunningInstance.h"
 
+#include <QApplication>
+
+#include <atomic>
 #include <cstdio>
 #include <exception>
-#include <QApplication>
 #include <utility>
 
 namespace Sorvane {
@@ -62,8 +64,12 @@ DictationServices Application::services()
 
 int runApplication(const Composition& composition)
 {
-    // Before any other thread is made.
-    const Interruption interruption([] { QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection); });
+    // Before any other thread is made, so that a request may come before there is anything to quit.
+    std::atomic<bool> isAskedToEnd = false;
+    const Interruption interruption([&] {
+        isAskedToEnd = true;
+        QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection);
+    });
     try {
         DesktopLinux::X11Session::requireDisplay(); // without one, Qt would end the process
         const RunningInstance instance;
@@ -74,7 +80,7 @@ int runApplication(const Composition& composition)
         QApplication::setQuitOnLastWindowClosed(false);
         Application application(composition);
         application.start();
-        return QApplication::exec();
+        return isAskedToEnd ? 0 : QApplication::exec();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "sorvane: %s\n", error.what());
         return 1;
