@@ -10,12 +10,15 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace DesktopLinux {
 
 // A test with this program's way to the elements of others, and a program with a form.
 class AccessibilityTesting : public testing::Test {
 protected:
-    AccessibilityTesting()
+    explicit AccessibilityTesting(const std::filesystem::path& program = FORM_PROGRAM)
+        : form(program)
     {
         while (!bus.isEnabled())
             loop.turn();
@@ -54,7 +57,7 @@ protected:
     PlatformSupport::HandTurnedLoop loop;
     bool isShortcutHeld = false;
     AccessibilityBus bus { loop.executor(), [this] { return isShortcutHeld; } };
-    OtherProgram form { FORM_PROGRAM };
+    OtherProgram form;
 };
 
 } // namespace DesktopLinux
