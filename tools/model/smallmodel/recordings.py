@@ -79,6 +79,9 @@ RECORDINGS = (
     Recording("unknown-variant-steps.flac", UNSEEN_VARIANT, "espeak", "en-gb-x-rp+steph", "FLAC", "16 kHz"),
     Recording("unknown-speaker-note.wav", UNSEEN_SPEAKER, "festival", HELD_OUT_VOICE, "WAV, 16 bit", "16 kHz"),
     Recording("unknown-speaker-list.webm", UNSEEN_SPEAKER, "festival", HELD_OUT_VOICE, "WebM, Opus", "48 kHz", LOW_OPUS),
+    Recording("unknown-speaker-reminder.wav", UNSEEN_SPEAKER, "festival", HELD_OUT_VOICE, "WAV, 16 bit", "16 kHz"),
+    Recording("unknown-speaker-message.flac", UNSEEN_SPEAKER, "festival", HELD_OUT_VOICE, "FLAC", "16 kHz"),
+    Recording("unknown-speaker-report.m4a", UNSEEN_SPEAKER, "festival", HELD_OUT_VOICE, "M4A, AAC", "44.1 kHz", CD_AAC),
 )
 
 
