@@ -20,7 +20,7 @@ Application::Application(const Composition& composition)
     , controller_(services())
     , statusItem_(controller_, [] { QCoreApplication::quit(); })
 {
-    accessibility_.enable();
+    desktop_.accessibility.enable();
     changes_ = controller_.subscribe([this] { tellPreparation(); });
 }
 
@@ -52,9 +52,8 @@ DictationServices Application::services()
         .clock = clock_,
         .uuids = uuids_,
         .defaults = defaults_,
-        .desktop = { accessibility_.accessibility(), x11_.workspace(), x11_.pasteboard(), x11_.keyEvents(),
-            x11_.hotKey(), permissions_, launching_, log_ },
-        .microphone = sound_.microphone(),
+        .desktop = desktop_.services(),
+        .microphone = desktop_.sound.microphone(),
         .historyDirectory = folders_.applicationSupport / "Sorvane" / "Transcripts",
         .cleanup = TranscriptCleanup(models_.cleanupProcess(), tagger_),
         .loadSpeech = speechLoader(models_),

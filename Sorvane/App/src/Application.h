@@ -3,14 +3,9 @@
 #pragma once
 
 #include "Composition.h"
+#include "LinuxDesktop.h"
 #include "ModelServices.h"
 
-#include <DesktopLinux/AccessibilityBus.h>
-#include <DesktopLinux/JournalLog.h>
-#include <DesktopLinux/LinuxPermissions.h>
-#include <DesktopLinux/ProgramLaunching.h>
-#include <DesktopLinux/Sound.h>
-#include <DesktopLinux/X11Session.h>
 #include <PlatformSupport/FileUserDefaults.h>
 #include <PlatformSupport/SystemClock.h>
 #include <PlatformSupport/UserFolders.h>
@@ -51,12 +46,7 @@ private:
     PlatformSupport::SystemClock clock_;
     PlatformSupport::RandomUUIDs uuids_;
     PlatformSupport::FileUserDefaults defaults_ { folders_.configuration / "Sorvane" / "defaults.json" };
-    DesktopLinux::X11Session x11_ { mainThread_.executor(), clock_ };
-    DesktopLinux::AccessibilityBus accessibility_ { mainThread_.executor(), [this] { return x11_.isShortcutHeld(); } };
-    DesktopLinux::Sound sound_;
-    DesktopLinux::LinuxPermissions permissions_ { sound_, accessibility_ };
-    DesktopLinux::ProgramLaunching launching_;
-    DesktopLinux::JournalLog log_;
+    LinuxDesktop desktop_ { mainThread_.executor(), clock_ };
     ModelServices models_;
     LinkGrammarTagger tagger_;
     DictationController controller_;

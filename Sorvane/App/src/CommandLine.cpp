@@ -2,9 +2,25 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "CommandLine.h"
 
+#include <map>
+
 namespace Sorvane {
 
 namespace {
+
+// A check whose flag stands alone, or null.
+const Command* checkNamed(const std::string& flag)
+{
+    static const std::map<std::string, Command> checks {
+        { "--check-first-run", CheckFirstRunCommand {} },
+        { "--check-preparation-cache", CheckPreparationCacheCommand {} },
+        { "--check-cleanup", CheckCleanupCommand {} },
+        { "--check-focus", CheckFocusCommand {} },
+        { "--check-recording", CheckRecordingCommand {} },
+    };
+    const auto found = checks.find(flag);
+    return found == checks.end() ? nullptr : &found->second;
+}
 
 Command parseTranscribe(std::span<const std::string> operands)
 {
@@ -25,19 +41,16 @@ Command parseCommandLine(std::span<const std::string> arguments)
     if (arguments.size() < 2)
         return DictateCommand {};
     const std::string& flag = arguments[1];
-    if (arguments.size() == 2 && flag == "--check-first-run")
-        return CheckFirstRunCommand {};
-    if (arguments.size() == 2 && flag == "--check-preparation-cache")
-        return CheckPreparationCacheCommand {};
-    if (arguments.size() == 3 && flag == "--evaluate-cleanup")
-        return EvaluateCleanupCommand { arguments[2] };
-    if (arguments.size() == 2 && flag == "--check-cleanup")
-        return CheckCleanupCommand {};
+    const auto operands = arguments.subspan(2);
     if (flag == "--transcribe")
-        return parseTranscribe(arguments.subspan(2));
-    if (arguments.size() == 2 && flag == "--help")
+        return parseTranscribe(operands);
+    if (flag == "--evaluate-cleanup")
+        return operands.size() == 1 ? Command(EvaluateCleanupCommand { operands[0] }) : DictateCommand {};
+    if (const auto* const check = checkNamed(flag))
+        return operands.empty() ? *check : DictateCommand {};
+    if (operands.empty() && flag == "--help")
         return HelpCommand {};
-    if (arguments.size() == 2 && flag == "--version")
+    if (operands.empty() && flag == "--version")
         return VersionCommand {};
     return UsageError { "\"" + flag + "\" is not understood here" };
 }
@@ -47,7 +60,7 @@ std::string helpText()
     return "Usage: sorvane\n"
            "       sorvane --transcribe FILE [--format text|json|srt|vtt]\n"
            "       sorvane --evaluate-cleanup FILE | --check-cleanup\n"
-           "       sorvane --check-first-run | --check-preparation-cache\n"
+           "       sorvane --check-first-run | --check-preparation-cache | --check-focus | --check-recording\n"
            "       sorvane --help | --version\n"
            "\n"
            "Types what you say: press Alt and the space bar, speak, press them again, and the words stand in\n"
@@ -67,6 +80,8 @@ std::string helpText()
            "                      without a network; nothing is kept\n"
            "  --check-preparation-cache\n"
            "                      get the models of this computer ready without a network\n"
+           "  --check-focus       find the text field that you are in; nothing is typed\n"
+           "  --check-recording   listen to the microphone twice for a moment; nothing is kept\n"
            "\n"
            "Environment:\n"
            "  OSTREL_MODEL_DIRECTORY   directory of a speech model that you placed yourself\n"

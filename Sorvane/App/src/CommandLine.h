@@ -39,6 +39,16 @@ struct CheckPreparationCacheCommand {
     bool operator==(const CheckPreparationCacheCommand&) const = default;
 };
 
+// Finds the field that the user is in.
+struct CheckFocusCommand {
+    bool operator==(const CheckFocusCommand&) const = default;
+};
+
+// Tries the microphone.
+struct CheckRecordingCommand {
+    bool operator==(const CheckRecordingCommand&) const = default;
+};
+
 // The application itself.
 struct DictateCommand {
     bool operator==(const DictateCommand&) const = default;
@@ -60,10 +70,12 @@ struct UsageError {
 };
 
 using Command = std::variant<TranscribeCommand, EvaluateCleanupCommand, CheckCleanupCommand, CheckFirstRunCommand,
-    CheckPreparationCacheCommand, DictateCommand, HelpCommand, VersionCommand, UsageError>;
+    CheckPreparationCacheCommand, CheckFocusCommand, CheckRecordingCommand, DictateCommand, HelpCommand, VersionCommand,
+    UsageError>;
 
-// What kind of process the arguments ask for. A check's flag counts only when it stands second and the whole
-// list has the check's form; `arguments` begins with the program's name.
+// What kind of process the arguments ask for; `arguments` begins with the program's name. A check's flag counts only
+// when it stands second and the whole list has the check's form: with anything more it is no check, and the application
+// starts.
 Command parseCommandLine(std::span<const std::string> arguments);
 
 // The text of --help.

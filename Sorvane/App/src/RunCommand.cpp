@@ -6,6 +6,7 @@
 #include "CleanupCheck.h"
 #include "CommandLine.h"
 #include "Composition.h"
+#include "DesktopCheck.h"
 #include "PreparationCheck.h"
 #include "TranscriptionCheck.h"
 
@@ -23,6 +24,8 @@ struct Performer {
     int operator()(const CheckCleanupCommand&) const { return checkCleanup(); }
     int operator()(const CheckFirstRunCommand&) const { return checkFirstRun(composition); }
     int operator()(const CheckPreparationCacheCommand&) const { return checkPreparationCache(composition); }
+    int operator()(const CheckFocusCommand&) const { return checkFocus(); }
+    int operator()(const CheckRecordingCommand&) const { return checkRecording(); }
 
     int operator()(const DictateCommand&) const { return runApplication(composition); }
 

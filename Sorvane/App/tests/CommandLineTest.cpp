@@ -37,31 +37,30 @@ TEST(CommandLine, TakesAFormatAfterTheFile)
         Command(TranscribeCommand { "a.wav", TranscriptFormat::json }));
 }
 
-TEST(CommandLine, ChecksTheCleanupOnlyInTheExactForm)
+TEST(CommandLine, ChecksWhatItIsAskedToCheck)
 {
     EXPECT_EQ(parse({ "--evaluate-cleanup", "a.json" }), Command(EvaluateCleanupCommand { "a.json" }));
     EXPECT_EQ(parse({ "--check-cleanup" }), Command(CheckCleanupCommand {}));
-    const std::vector<std::vector<std::string>> wrong { { "--evaluate-cleanup" }, { "--evaluate-cleanup", "a", "b" },
-        { "--check-cleanup", "a" } };
-    for (const auto& arguments : wrong)
-        EXPECT_TRUE(std::holds_alternative<UsageError>(parse(arguments)));
-}
-
-TEST(CommandLine, ChecksThePreparationOnlyInTheExactForm)
-{
     EXPECT_EQ(parse({ "--check-first-run" }), Command(CheckFirstRunCommand {}));
     EXPECT_EQ(parse({ "--check-preparation-cache" }), Command(CheckPreparationCacheCommand {}));
-    const std::vector<std::vector<std::string>> wrong { { "--check-first-run", "a" },
-        { "--check-preparation-cache", "--check-first-run" }, { "a", "--check-first-run" } };
-    for (const auto& arguments : wrong)
-        EXPECT_TRUE(std::holds_alternative<UsageError>(parse(arguments)));
+    EXPECT_EQ(parse({ "--check-focus" }), Command(CheckFocusCommand {}));
+    EXPECT_EQ(parse({ "--check-recording" }), Command(CheckRecordingCommand {}));
+}
+
+TEST(CommandLine, DictatesWhereACheckHasAnotherForm)
+{
+    const std::vector<std::vector<std::string>> others { { "--evaluate-cleanup" }, { "--evaluate-cleanup", "a", "b" },
+        { "--check-cleanup", "a" }, { "--check-first-run", "a" }, { "--check-preparation-cache", "--check-first-run" },
+        { "--check-focus", "" }, { "--check-recording", "--check-recording" } };
+    for (const auto& arguments : others)
+        EXPECT_EQ(parse(arguments), Command(DictateCommand {}));
 }
 
 TEST(CommandLine, ComplainsAboutWhatItDoesNotKnow)
 {
     const std::vector<std::vector<std::string>> wrong { { "--transcribe" }, { "--transcribe", "a", "b" },
         { "--transcribe", "a", "--format", "doc" }, { "--transcribe", "a", "--format" }, { "a", "--transcribe" },
-        { "--help", "more" }, { "" } };
+        { "a", "--check-first-run" }, { "--help", "more" }, { "" } };
     for (const auto& arguments : wrong)
         EXPECT_TRUE(std::holds_alternative<UsageError>(parse(arguments)));
 }
