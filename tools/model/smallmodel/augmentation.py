@@ -94,28 +94,17 @@ def with_noise(samples: np.ndarray, noise: np.ndarray, speech_power: float, rati
     return samples + noise * np.float32(np.sqrt(speech_power) / decibels(ratio))
 
 
-class SpeakerFilters:
-    """A pool of filter banks, each of which makes the same speech sound like another speaker's."""
+PLAIN_FILTERS = mel_filters()
+TRACT_KNOTS = (0, 700, 1500, 2600, 4000, 8000)  # Hz
 
-    SIZE = 64
-    KNOTS = (0, 700, 1500, 2600, 4000, 8000)  # Hz
 
-    def __init__(self, random: np.random.Generator):
-        self._random = random
-        self._plain = mel_filters()
-        self._warped = [self._make() for _ in range(self.SIZE)]
-
-    def take(self) -> np.ndarray:
-        """Filters for one window, the true ones in a fifth of all cases."""
-        if self._random.random() < 0.2:
-            return self._plain
-        return self._warped[self._random.integers(self.SIZE)]
-
-    def _make(self) -> np.ndarray:
-        """The whole tract longer or shorter, and each formant's region a little more or less so."""
-        whole = self._random.uniform(0.85, 1.18)
-        factors = whole * (1 + self._random.uniform(-0.06, 0.06, len(self.KNOTS)))
-        return mel_filters(lambda edges: np.sort(edges * np.interp(edges, self.KNOTS, factors)))
+def speaker_filters(random: np.random.Generator) -> np.ndarray:
+    """Filters that make speech sound like another speaker's: the whole tract longer or shorter, and each formant's
+    region a little more or less so.  The true ones in some cases."""
+    if random.random() < 0.15:
+        return PLAIN_FILTERS
+    factors = random.uniform(0.83, 1.2) * (1 + random.uniform(-0.08, 0.08, len(TRACT_KNOTS)))
+    return mel_filters(lambda edges: np.sort(edges * np.interp(edges, TRACT_KNOTS, factors)))
 
 
 def channel(random: np.random.Generator) -> np.ndarray:
@@ -143,13 +132,22 @@ def cosine_basis(bands: int = GEOMETRY.mel_bands) -> np.ndarray:
 
 COSINES = cosine_basis()
 
+# How far and how strongly an order of the cosines changes others.
+MIXED_ORDERS = 4
+MIXING = 0.1
+
 
 def articulation(random: np.random.Generator) -> np.ndarray:
-    """A matrix for log-mel rows that makes formants sharper or flatter; float32 [bands, bands]."""
+    """A matrix for log-mel rows that makes formants sharper or flatter and mixes neighbouring orders of the
+    spectrum's shape, as two speakers' sounds differ; float32 [bands, bands]."""
     orders = np.arange(len(COSINES))
-    factors = np.interp(orders, (0, 6, 14, 24, 40, 80), random.uniform(0.7, 1.35, 6))
-    factors[0] = 1
-    return (COSINES.T * factors @ COSINES).astype(np.float32)
+    change = np.diag(np.interp(orders, (0, 6, 14, 24, 40, 80), random.uniform(0.7, 1.35, 6)))
+    distance = np.abs(orders[:, None] - orders)
+    mixed = (distance > 0) & (distance <= MIXED_ORDERS)
+    change += np.where(mixed, random.normal(0, MIXING, change.shape) / np.maximum(distance, 1), 0)
+    change[0] = change[:, 0] = 0
+    change[0, 0] = 1
+    return (COSINES.T @ change @ COSINES).astype(np.float32)
 
 
 def masked(features: np.ndarray, random: np.random.Generator) -> np.ndarray:

@@ -13,7 +13,12 @@ from .geometry import GEOMETRY
 from .vocabulary import Vocabulary
 
 SHARDS_AT_ONCE = 6
-UTTERANCES_PER_SHARD = 60
+TURNS_PER_SHARD = 15
+UTTERANCES_PER_TURN = 4
+
+# How much more often a shard of an engine is drawn than one of espeak-ng: sounds cut from human voices say more
+# about a speaker never heard than sounds made from formants.
+FAVOURED = {"festival-borrowed": 2.5, "flite-statistical": 2.0, "flite-diphone": 1.2, "festival-diphone": 1.2}
 
 
 @dataclass
@@ -59,14 +64,17 @@ class BatchSource:
         return [collate(group, self._random) for group in groups]
 
     def _draw(self) -> list[Utterance]:
+        """Utterances in turns of a few by one speaker, as most windows have only one."""
         shards = sorted(self._folder.glob("*.json"))
-        utterances = []
-        for place in self._random.choice(len(shards), min(SHARDS_AT_ONCE, len(shards)), replace=False):
+        weights = np.array([favour(shard) for shard in shards])
+        count = min(SHARDS_AT_ONCE, len(shards))
+        turns = []
+        for place in self._random.choice(len(shards), count, replace=False, p=weights / weights.sum()):
             entries, samples = read_shard(shards[place])
-            chosen = self._random.choice(len(entries), min(UTTERANCES_PER_SHARD, len(entries)), replace=False)
-            utterances += [utterance(entries[index], samples) for index in chosen]
-        self._random.shuffle(utterances)
-        return utterances
+            starts = self._random.permutation(np.arange(0, len(entries), UTTERANCES_PER_TURN))[:TURNS_PER_SHARD]
+            turns += [[utterance(entry, samples) for entry in entries[start : start + UTTERANCES_PER_TURN]] for start in starts]
+        self._random.shuffle(turns)
+        return [spoken for turn in turns for spoken in turn]
 
     def _groups(self, utterances: list[Utterance]):
         """One utterance, or as many as fill a window more or less."""
@@ -95,3 +103,8 @@ def produce(folder: Path, vocabulary: Path, seconds: float, seed: int, queue: Qu
     while True:
         for batch in source.batches():
             queue.put(batch)
+
+
+def favour(shard: Path) -> float:
+    """The factor of the engine that a shard is named after."""
+    return next((factor for engine, factor in FAVOURED.items() if shard.name.startswith(engine)), 1.0)

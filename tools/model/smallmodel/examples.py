@@ -8,7 +8,7 @@ from pathlib import Path
 
 import numpy as np
 
-from .augmentation import Noises, SpeakerFilters, articulation, channel, faster, in_room, masked, with_noise
+from .augmentation import Noises, articulation, channel, faster, in_room, masked, speaker_filters, with_noise
 from .features import encoder_frame_count, log_mel, normalised, power_spectrum
 from .geometry import GEOMETRY
 from .vocabulary import Vocabulary
@@ -105,7 +105,6 @@ class Composer:
         self._vocabulary = vocabulary
         self._random = np.random.default_rng(seed)
         self._noises = Noises(self._random)
-        self._filters = SpeakerFilters(self._random)
 
     def example(self, utterances: list[Utterance]) -> Example:
         """A window with all utterances that fit, randomly changed."""
@@ -114,8 +113,8 @@ class Composer:
         length = self._window_length(composition)
         samples = self._recorded(composition, length)
         power = power_spectrum(samples) * channel(random)
-        energy = log_mel(power, self._filters.take())
-        if random.random() < 0.5:
+        energy = log_mel(power, speaker_filters(random))
+        if random.random() < 0.6:
             energy = energy @ articulation(random)
         features = masked(normalised(energy), random).astype(np.float16)
         valid = encoder_frame_count(len(samples))
@@ -126,9 +125,9 @@ class Composer:
         random = self._random
         composition = Composition(self._vocabulary)
         loudness = np.exp(random.uniform(np.log(0.02), np.log(0.9)))
+        speed = 1.0 if random.random() < 0.15 else random.uniform(0.85, 1.18)
         composition.add_silence(random.uniform(0, 0.7))
         for spoken in utterances:
-            speed = 1.0 if random.random() < 0.15 else random.uniform(0.85, 1.18)
             composition.add_speech(spoken, speed, min(loudness * random.uniform(0.6, 1.5), 1))
             composition.add_silence(random.uniform(1, 5) if random.random() < 0.05 else random.uniform(0.05, 0.9))
         return composition

@@ -36,7 +36,14 @@ FINNISH_SOUNDS = COMMON_SOUNDS | {
     "ae": "@", "ax": "7", "ay": "a i", "ch": "t s", "er": "7 r", "ey": "e i", "jh": "d s", "ng": "N", "oy": "o i",
     "sh": "s", "w": "w", "z": "s", "zh": "s",
 }  # fmt: skip
-ITALIAN_SOUNDS = COMMON_SOUNDS | {"ch": "tS", "hh": "#", "jh": "dZ", "ng": "n", "sh": "S", "w": "w", "zh": "dZ"}
+ITALIAN_SOUNDS = COMMON_SOUNDS | {
+    "ay": "a i", "ch": "tS", "ey": "e i", "hh": "#", "jh": "dZ", "ng": "n", "oy": "o i", "sh": "S", "w": "w", "zh": "dZ",
+}  # fmt: skip
+TELUGU_SOUNDS = COMMON_SOUNDS | {
+    "aa": "aa", "ae": "eh", "ao": "oh", "aw": "aw", "ax": "a", "ay": "ay", "ch": "ch", "d": "D", "dh": "dh", "eh": "eh",
+    "er": "a r", "ey": "ee", "hh": "h", "ih": "ih", "iy": "iy", "jh": "j", "ng": "n", "ow": "oo", "oy": "oh ih",
+    "pau": "pau", "sh": "sh", "t": "T", "th": "th", "uh": "uh", "uw": "uw", "w": "v", "y": "y", "z": "s", "zh": "sh",
+}  # fmt: skip
 
 # Speakers of other languages, with their diphones and sounds.
 BORROWED = {
@@ -47,6 +54,8 @@ BORROWED = {
     "finnish-lj": (VOICES / "finnish/suo_fi_lj_diphone/group/ljlpc.group", FINNISH_SOUNDS),
     "finnish-mv": (VOICES / "finnish/hy_fi_mv_diphone/group/mvlpc.group", FINNISH_SOUNDS),
     "italian-lp": (VOICES / "italian/lp_diphone/group/lp_diphone.group", ITALIAN_SOUNDS),
+    "italian-pc": (VOICES / "italian/pc_diphone/group/pc_diphone.group", ITALIAN_SOUNDS),
+    "telugu-nsk": (VOICES / "telugu/telugu_NSK_diphone/group/NSKlpc.group", TELUGU_SOUNDS),
 }
 
 

@@ -40,14 +40,35 @@
     (utt.relation.items utterance 'Segment))
   utterance)
 
+; Some of them are so loud that their speech would be clipped.  A diphone is used again, so it is made quieter once.
+
+(define (quieten unit)
+  (let ((diphone (string-append current_voice_name " " (item.name unit))))
+    (if (not (member_string diphone quiet_diphones))
+        (begin
+          (wave.rescale (item.feat unit 'sig) 0.3)
+          (set! quiet_diphones (cons diphone quiet_diphones))))))
+
+(define (get_quiet_diphones utterance)
+  (get_diphones utterance)
+  (if (member_string current_voice_name borrowed_databases)
+      (mapcar quieten (utt.relation.items utterance 'Unit)))
+  utterance)
+
+(set! get_diphones us_get_diphones)
+(set! us_get_diphones get_quiet_diphones)
+(set! quiet_diphones nil)
+
 (define (voice_borrowed name index_file sounds)
   (voice_kal_diphone)
   (set! borrowed_sounds sounds)
+  (set! pause (cadr (assoc_string "pau" sounds)))
+  (set! silence (string-append pause "-" pause))
   (set! UniSyn_module_hooks (list borrow_sounds))
   (if (not (member_string name borrowed_databases))
       (begin
         (us_diphone_init
-          (list (list 'name name) (list 'index_file index_file) '(grouped "true") '(default_diphone "#-#")))
+          (list (list 'name name) (list 'index_file index_file) '(grouped "true") (list 'default_diphone silence)))
         (set! borrowed_databases (cons name borrowed_databases))))
   (us_db_select name)
   (set! current_voice_name name))
