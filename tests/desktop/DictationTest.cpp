@@ -19,8 +19,15 @@ TEST_F(DictationOnTheDesktop, PutsTheSpokenWordsIntoTheField)
 TEST_F(DictationOnTheDesktop, RunsOnce)
 {
     const auto second = runProgram({ TEST_PINS_PROGRAM }, models.environment());
-    EXPECT_EQ(second.status, 1);
+    EXPECT_EQ(second.status, 0);
     EXPECT_EQ(second.errors, "sorvane: Sorvane is already running\n");
+}
+
+TEST_F(DictationOnTheDesktop, RunsOnceWhereNobodyFindsTheOther)
+{
+    auto environment = models.environment();
+    environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nowhere";
+    EXPECT_EQ(runProgram({ TEST_PINS_PROGRAM }, environment).status, 1);
 }
 
 TEST_F(DictationOnTheDesktop, EndsWhenItIsAskedTo)
@@ -38,6 +45,20 @@ TEST_F(DictationOnTheDesktop, EndsWhenItIsAskedToWhileItStarts)
     while (!second.holdsBackInterrupts()) { }
     second.interrupt();
     EXPECT_EQ(second.finish().status, 0);
+}
+
+TEST(DictationThatIsNotSetUp, GoesOnWithItWhenItIsStartedAgain)
+{
+    const PublishedModels models;
+    models.hub.play(R"({"on": "tree", "status": 500, "times": 1})");
+    RunningProgram sorvane { { TEST_PINS_PROGRAM }, models.environment() };
+    const auto await = [&](const std::string& line) {
+        while (sorvane.output().find(line) == std::string::npos)
+            ASSERT_TRUE(sorvane.hasWritten()) << sorvane.finish().errors;
+    };
+    await("Retry when you’re ready.\n");
+    EXPECT_EQ(models.run({ TEST_PINS_PROGRAM }).status, 0);
+    await("Ready for dictation.\n");
 }
 
 TEST(DictationWithoutADesktop, IsRefused)

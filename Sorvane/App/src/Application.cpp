@@ -18,9 +18,10 @@ namespace Sorvane {
 Application::Application(const Composition& composition)
     : models_(composition, Network::reachable())
     , controller_(services())
-    , statusItem_(controller_, [] { QCoreApplication::quit(); })
+    , statusItem_(controller_, { [this] { setUp(); }, [] { QCoreApplication::quit(); } })
 {
     desktop_.accessibility.enable();
+    controller_.showWindow = [this] { tellWhatStandsInTheWay(); };
     changes_ = controller_.subscribe([this] { tellPreparation(); });
 }
 
@@ -33,6 +34,33 @@ void Application::start()
 {
     controller_.prepareModel();
     tellPreparation();
+}
+
+// The user asks for the application, which runs already.
+void Application::open()
+{
+    controller_.refreshPermissions();
+    if (!controller_.readiness().isSetUp())
+        setUp();
+    tellWhatStandsInTheWay();
+}
+
+// Does what is still to be done, one step at a time: what is missing first is asked for first.
+void Application::setUp()
+{
+    controller_.refreshPermissions();
+    if (!controller_.microphoneAllowed())
+        controller_.requestMicrophone();
+    else if (!controller_.accessibilityAllowed())
+        controller_.requestAccessibility();
+    else
+        controller_.prepareModel();
+}
+
+void Application::tellWhatStandsInTheWay()
+{
+    const auto blocker = controller_.readiness().blocker();
+    statusIcon_.tell(blocker ? std::string(*blocker) : controller_.status());
 }
 
 // For whoever started the program in a terminal.
@@ -80,6 +108,9 @@ int runApplication(const Composition& composition)
         Application application(composition);
         application.start();
         return isAskedToEnd ? 0 : QApplication::exec();
+    } catch (const AlreadyRunningError& error) {
+        std::fprintf(stderr, "sorvane: %s\n", error.what());
+        return DesktopLinux::ApplicationActivation::activateRunning() ? 0 : 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "sorvane: %s\n", error.what());
         return 1;

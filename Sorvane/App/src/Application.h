@@ -6,6 +6,7 @@
 #include "LinuxDesktop.h"
 #include "ModelServices.h"
 
+#include <DesktopLinux/ApplicationActivation.h>
 #include <PlatformSupport/FileUserDefaults.h>
 #include <PlatformSupport/SystemClock.h>
 #include <PlatformSupport/UserFolders.h>
@@ -38,6 +39,9 @@ public:
 
 private:
     DictationServices services();
+    void open();
+    void setUp();
+    void tellWhatStandsInTheWay();
     void tellPreparation();
 
     // In the order in which one needs the other.
@@ -54,6 +58,7 @@ private:
     RecordingPanelWindow panelWindow_ { panel_ };
     StatusItemViewModel statusItem_;
     StatusItemIcon statusIcon_ { statusItem_ };
+    DesktopLinux::ApplicationActivation activation_ { mainThread_.executor(), [this] { open(); } };
     std::string told_; // of the preparation
     PlatformSupport::Observers::Subscription changes_;
 };

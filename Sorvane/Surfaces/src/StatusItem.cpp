@@ -18,7 +18,7 @@ std::string_view toolTip(DictationPhase phase)
     }
 }
 
-std::string_view recordTitle(DictationPhase phase)
+std::string recordTitle(DictationPhase phase)
 {
     switch (phase) {
     case DictationPhase::idle:
@@ -36,17 +36,20 @@ std::string_view recordTitle(DictationPhase phase)
 
 } // namespace
 
-StatusItem statusItem(DictationPhase phase, bool canRecord)
+StatusItem statusItem(const StatusItemState& state)
 {
     using Action = StatusItem::Action;
-    const bool isPaused = phase == DictationPhase::paused;
-    const bool isCaptured = isPaused || phase == DictationPhase::recording;
-    StatusItem item { .toolTip = toolTip(phase), .menu = {} };
-    item.menu.push_back({ recordTitle(phase), Action::toggle, isCaptured || canRecord });
+    const bool isPaused = state.phase == DictationPhase::paused;
+    const bool isCaptured = isPaused || state.phase == DictationPhase::recording;
+    StatusItem item { .toolTip = toolTip(state.phase), .menu = {} };
+    item.menu.push_back({ state.status, Action::none, false });
+    item.menu.push_back({ recordTitle(state.phase), Action::toggle, isCaptured || state.canRecord });
     if (isCaptured)
         item.menu.push_back({ isPaused ? "Resume dictation" : "Pause dictation", Action::togglePause });
-    if (isCaptured || phase == DictationPhase::transcribing)
+    if (isCaptured || state.phase == DictationPhase::transcribing)
         item.menu.push_back({ "Cancel dictation", Action::cancel });
+    if (!state.setupComplete && state.phase == DictationPhase::idle)
+        item.menu.push_back({ "Finish setup", Action::setup });
     item.menu.push_back({ "Quit Sorvane", Action::quit });
     return item;
 }

@@ -76,33 +76,52 @@ std::vector<std::string> titles(const StatusItem& item)
     return all;
 }
 
+StatusItem itemIn(Phase phase)
+{
+    return statusItem({ .phase = phase, .setupComplete = true, .status = "Ready for dictation." });
+}
+
 TEST(StatusItem, TellsThePhaseInItsToolTip)
 {
-    EXPECT_EQ(statusItem(Phase::paused, false).toolTip, "Sorvane is paused");
-    EXPECT_EQ(statusItem(Phase::recording, false).toolTip, "Sorvane is recording");
+    EXPECT_EQ(itemIn(Phase::paused).toolTip, "Sorvane is paused");
+    EXPECT_EQ(itemIn(Phase::recording).toolTip, "Sorvane is recording");
     for (const auto phase : { Phase::idle, Phase::preparing, Phase::transcribing })
-        EXPECT_EQ(statusItem(phase, false).toolTip, "Sorvane dictation");
+        EXPECT_EQ(itemIn(phase).toolTip, "Sorvane dictation");
 }
 
 TEST(StatusItem, OffersWhatThePhaseAllows)
 {
     using Titles = std::vector<std::string>;
-    EXPECT_EQ(titles(statusItem(Phase::idle, true)), (Titles { "Start dictation", "Quit Sorvane" }));
-    EXPECT_EQ(titles(statusItem(Phase::preparing, false)), (Titles { "Getting ready", "Quit Sorvane" }));
-    EXPECT_EQ(titles(statusItem(Phase::recording, false)),
-        (Titles { "Finish dictation", "Pause dictation", "Cancel dictation", "Quit Sorvane" }));
-    EXPECT_EQ(titles(statusItem(Phase::paused, false)),
-        (Titles { "Finish dictation", "Resume dictation", "Cancel dictation", "Quit Sorvane" }));
-    EXPECT_EQ(titles(statusItem(Phase::transcribing, false)),
-        (Titles { "Finishing transcript", "Cancel dictation", "Quit Sorvane" }));
+    const std::string status = "Ready for dictation.";
+    EXPECT_EQ(titles(itemIn(Phase::idle)), (Titles { status, "Start dictation", "Quit Sorvane" }));
+    EXPECT_EQ(titles(itemIn(Phase::preparing)), (Titles { status, "Getting ready", "Quit Sorvane" }));
+    EXPECT_EQ(titles(itemIn(Phase::recording)),
+        (Titles { status, "Finish dictation", "Pause dictation", "Cancel dictation", "Quit Sorvane" }));
+    EXPECT_EQ(titles(itemIn(Phase::paused)),
+        (Titles { status, "Finish dictation", "Resume dictation", "Cancel dictation", "Quit Sorvane" }));
+    EXPECT_EQ(titles(itemIn(Phase::transcribing)),
+        (Titles { status, "Finishing transcript", "Cancel dictation", "Quit Sorvane" }));
+}
+
+TEST(StatusItem, OffersToFinishTheSetup)
+{
+    StatusItemState state { .status = "There is no connection." };
+    EXPECT_EQ(titles(statusItem(state)),
+        (std::vector<std::string> { "There is no connection.", "Start dictation", "Finish setup", "Quit Sorvane" }));
+    state.phase = Phase::preparing; // under way
+    EXPECT_EQ(statusItem(state).menu.size(), 3U);
 }
 
 TEST(StatusItem, StartsOnlyWhatCanStart)
 {
-    EXPECT_TRUE(statusItem(Phase::idle, true).menu.front().isEnabled);
-    EXPECT_FALSE(statusItem(Phase::idle, false).menu.front().isEnabled);
-    EXPECT_TRUE(statusItem(Phase::recording, false).menu.front().isEnabled);
-    EXPECT_FALSE(statusItem(Phase::transcribing, false).menu.front().isEnabled);
+    const auto canStart = [](Phase phase, bool canRecord) {
+        return statusItem({ .phase = phase, .canRecord = canRecord }).menu.at(1).isEnabled;
+    };
+    EXPECT_TRUE(canStart(Phase::idle, true));
+    EXPECT_FALSE(canStart(Phase::idle, false));
+    EXPECT_TRUE(canStart(Phase::recording, false));
+    EXPECT_FALSE(canStart(Phase::transcribing, false));
+    EXPECT_FALSE(statusItem({}).menu.front().isEnabled);
 }
 
 } // namespace

@@ -13,15 +13,19 @@ namespace {
 
 StatusItem itemOf(const DictationController& controller)
 {
-    return statusItem(controller.phase(), !controller.readiness().blocker());
+    const auto readiness = controller.readiness();
+    return statusItem({ .phase = controller.phase(),
+        .canRecord = !readiness.blocker(),
+        .setupComplete = readiness.isSetUp(),
+        .status = controller.status() });
 }
 
 } // namespace
 
-StatusItemViewModel::StatusItemViewModel(DictationController& controller, std::function<void()> quit, QObject* parent)
+StatusItemViewModel::StatusItemViewModel(DictationController& controller, Commands commands, QObject* parent)
     : QObject(parent)
     , controller_(controller)
-    , quit_(std::move(quit))
+    , commands_(std::move(commands))
     , item_(itemOf(controller))
     , changes_(controller.subscribe([this] { refresh(); }))
 {
@@ -32,17 +36,26 @@ QString StatusItemViewModel::toolTip() const
     return words(item_.toolTip);
 }
 
+void StatusItemViewModel::open()
+{
+    controller_.refreshPermissions();
+}
+
 void StatusItemViewModel::perform(StatusItem::Action action)
 {
     switch (action) {
+    case StatusItem::Action::none:
+        return;
     case StatusItem::Action::toggle:
         return controller_.toggleFromButton();
     case StatusItem::Action::togglePause:
         return controller_.togglePause();
     case StatusItem::Action::cancel:
         return controller_.cancel();
+    case StatusItem::Action::setup:
+        return commands_.setup();
     case StatusItem::Action::quit:
-        return quit_();
+        return commands_.quit();
     }
 }
 

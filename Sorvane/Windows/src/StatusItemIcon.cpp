@@ -43,8 +43,14 @@ StatusItemIcon::StatusItemIcon(StatusItemViewModel& model)
         if (reason == QSystemTrayIcon::Trigger)
             model_.perform(StatusItem::Action::toggle);
     });
+    connect(&menu_, &QMenu::aboutToShow, &model, &StatusItemViewModel::open);
     refresh();
     icon_.show();
+}
+
+void StatusItemIcon::tell(const std::string& line)
+{
+    icon_.showMessage(QStringLiteral("Sorvane"), QString::fromStdString(line), icon_.icon());
 }
 
 // The menu is filled anew: it holds no more than a few entries, and which they are depends on the phase.
@@ -53,8 +59,7 @@ void StatusItemIcon::refresh()
     icon_.setToolTip(model_.toolTip());
     menu_.clear();
     for (const auto& entry : model_.item().menu) {
-        QAction* const action
-            = menu_.addAction(QString::fromUtf8(entry.title.data(), static_cast<qsizetype>(entry.title.size())));
+        QAction* const action = menu_.addAction(QString::fromStdString(entry.title));
         action->setEnabled(entry.isEnabled);
         connect(action, &QAction::triggered, this, [this, what = entry.action] { model_.perform(what); });
     }

@@ -12,7 +12,7 @@ namespace {
 
 class StatusItemInTray : public WindowTest {
 protected:
-    QStringList titles() const
+    QStringList titles()
     {
         QStringList all;
         for (const QAction* const action : icon.menu().actions())
@@ -22,29 +22,44 @@ protected:
 
     void choose(qsizetype entry) { icon.menu().actions().at(entry)->trigger(); }
 
+    int setups = 0;
     int quits = 0;
-    StatusItemViewModel model { dictation.controller, [this] { ++quits; } };
+    StatusItemViewModel model { dictation.controller, { [this] { ++setups; }, [this] { ++quits; } } };
     StatusItemIcon icon { model };
 };
 
 TEST_F(StatusItemInTray, OffersWhatThePhaseAllows)
 {
-    EXPECT_EQ(titles(), QStringList({ "Start dictation", "Quit Sorvane" }));
+    EXPECT_EQ(titles(), QStringList({ "Ready for dictation.", "Start dictation", "Quit Sorvane" }));
     dictation.controller.start();
-    EXPECT_EQ(titles(), QStringList({ "Finish dictation", "Pause dictation", "Cancel dictation", "Quit Sorvane" }));
+    EXPECT_EQ(titles(),
+        QStringList({ QString::fromStdString(dictation.controller.status()), "Finish dictation", "Pause dictation",
+            "Cancel dictation", "Quit Sorvane" }));
 }
 
 TEST_F(StatusItemInTray, DoesWhatIsChosen)
 {
-    choose(0);
+    choose(1);
     dictation.loop.turn();
     EXPECT_EQ(dictation.controller.phase(), DictationPhase::recording);
-    choose(1);
-    EXPECT_EQ(dictation.controller.phase(), DictationPhase::paused);
     choose(2);
+    EXPECT_EQ(dictation.controller.phase(), DictationPhase::paused);
+    choose(3);
     EXPECT_EQ(dictation.controller.phase(), DictationPhase::idle);
-    choose(1);
+    choose(2);
     EXPECT_EQ(quits, 1);
+}
+
+TEST_F(StatusItemInTray, LooksAtThePermissionsWhenItIsOpened)
+{
+    dictation.desktop.permissions.accessibility = false;
+    emit icon.menu().aboutToShow();
+    EXPECT_EQ(titles().at(2), "Finish setup");
+    choose(2);
+    EXPECT_EQ(setups, 1);
+    dictation.desktop.permissions.accessibility = true;
+    emit icon.menu().aboutToShow();
+    EXPECT_EQ(titles().at(2), "Quit Sorvane");
 }
 
 } // namespace

@@ -37,6 +37,26 @@ std::unique_ptr<sdbus::IProxy> BusConnection::object(const std::string& program,
     }
 }
 
+std::unique_ptr<sdbus::IObject> BusConnection::ownObject(const std::string& path)
+{
+    try {
+        return isAlive_ ? sdbus::createObject(*connection_, path) : nullptr;
+    } catch (const sdbus::Error&) {
+        return nullptr;
+    }
+}
+
+bool BusConnection::takeName(const std::string& name)
+{
+    try {
+        if (isAlive_)
+            connection_->requestName(name);
+        return isAlive_;
+    } catch (const sdbus::Error&) {
+        return false;
+    }
+}
+
 sdbus::Slot BusConnection::observe(const std::string& rule, std::function<void(sdbus::Message&)> function)
 {
     try {

@@ -35,6 +35,13 @@ public:
     // An object of a program on the bus; null once the bus is gone. It must not be destroyed by the reply to a call.
     std::unique_ptr<sdbus::IProxy> object(const std::string& program, const std::string& path);
 
+    // An object of this program's own, which is found once its interface is registered and the program has a name; null
+    // once the bus is gone.
+    std::unique_ptr<sdbus::IObject> ownObject(const std::string& path);
+
+    // Takes a name by which others find this program. False if another one has it.
+    bool takeName(const std::string& name);
+
     // Calls the function for each message that matches the rule, as long as the slot lives; the connection must
     // outlive it. Waits for the bus, not for programs.
     sdbus::Slot observe(const std::string& rule, std::function<void(sdbus::Message&)> function);

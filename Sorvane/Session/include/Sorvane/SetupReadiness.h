@@ -16,6 +16,9 @@ struct SetupReadiness {
     bool microphoneAllowed = false;
     bool accessibilityAllowed = false;
 
+    // Nothing is left to be set up, whatever the phase.
+    bool isSetUp() const { return modelReady && microphoneAllowed && accessibilityAllowed; }
+
     // What stands in the way, in the user's words; nothing when a dictation may start. The phase outranks the models,
     // the models the microphone, the microphone Accessibility.
     std::optional<std::string_view> blocker() const;

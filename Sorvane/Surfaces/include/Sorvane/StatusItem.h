@@ -4,6 +4,7 @@
 
 #include <Sorvane/DictationPhase.h>
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -11,10 +12,10 @@ namespace Sorvane {
 
 // The application's icon among the status items of the desktop, and its menu.
 struct StatusItem {
-    enum class Action { toggle, togglePause, cancel, quit };
+    enum class Action { none, toggle, togglePause, cancel, setup, quit };
 
     struct Entry {
-        std::string_view title;
+        std::string title;
         Action action;
         bool isEnabled = true;
 
@@ -27,7 +28,14 @@ struct StatusItem {
     bool operator==(const StatusItem&) const = default;
 };
 
-// canRecord: nothing stands in the way of a new dictation.
-StatusItem statusItem(DictationPhase phase, bool canRecord);
+// What it is made from.
+struct StatusItemState {
+    DictationPhase phase = DictationPhase::idle;
+    bool canRecord = false; // nothing stands in the way of a new dictation
+    bool setupComplete = false;
+    std::string status {}; // the one line that the user sees, above all that can be done
+};
+
+StatusItem statusItem(const StatusItemState& state);
 
 } // namespace Sorvane

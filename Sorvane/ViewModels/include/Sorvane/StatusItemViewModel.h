@@ -21,10 +21,19 @@ class StatusItemViewModel : public QObject {
     Q_OBJECT
 
 public:
-    StatusItemViewModel(DictationController& controller, std::function<void()> quit, QObject* parent = nullptr);
+    // What only the application itself can do.
+    struct Commands {
+        std::function<void()> setup;
+        std::function<void()> quit;
+    };
+
+    StatusItemViewModel(DictationController& controller, Commands commands, QObject* parent = nullptr);
 
     const StatusItem& item() const { return item_; }
     QString toolTip() const;
+
+    // The user is about to look at it: what he has allowed meanwhile is looked up.
+    void open();
 
     void perform(StatusItem::Action action);
 
@@ -35,7 +44,7 @@ private:
     void refresh();
 
     DictationController& controller_;
-    std::function<void()> quit_;
+    Commands commands_;
     StatusItem item_;
     PlatformSupport::Observers::Subscription changes_;
 };

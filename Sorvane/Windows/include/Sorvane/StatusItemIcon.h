@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QSystemTrayIcon>
 
+#include <string>
+
 namespace Sorvane {
 
 class StatusItemViewModel;
@@ -20,7 +22,10 @@ class StatusItemIcon : public QObject {
 public:
     explicit StatusItemIcon(StatusItemViewModel& model);
 
-    const QMenu& menu() const { return menu_; }
+    // Shows a line to the user for a moment, where the desktop has a place for that.
+    void tell(const std::string& line);
+
+    QMenu& menu() { return menu_; }
 
 private:
     void refresh();
