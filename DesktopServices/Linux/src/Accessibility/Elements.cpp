@@ -69,13 +69,13 @@ AccessibilityReading Elements::read(const ObjectReference& element, std::string_
     if (attribute == AccessibilityAttribute::subrole)
         return subroleReading(element, deadline);
     if (attribute == AccessibilityAttribute::title)
-        return textReading(tree_.name(element, deadline));
+        return textReading(tree_.name(element).by(deadline));
     if (attribute == AccessibilityAttribute::description)
-        return textReading(tree_.description(element, deadline));
+        return textReading(tree_.description(element).by(deadline));
     if (attribute == AccessibilityAttribute::identifier)
         return identifierReading(element, deadline);
     if (attribute == AccessibilityAttribute::parent)
-        return elementReading(tree_.parent(element, deadline));
+        return elementReading(tree_.parent(element).by(deadline));
     if (attribute == AccessibilityAttribute::window)
         return elementReading(window(element, deadline));
     if (attribute == AccessibilityAttribute::enabled) // some toolkits never say "enabled"
@@ -91,18 +91,21 @@ AccessibilityReading Elements::read(const ObjectReference& element, std::string_
 
 AccessibilityReading Elements::roleReading(const ObjectReference& element, Deadline deadline)
 {
-    const auto role = tree_.role(element, deadline);
-    if (role.succeeded() && isInvalid(role.value))
-        return { AccessibilityError::invalidElement };
-    const auto states = role.succeeded() ? tree_.states(element, deadline) : Answer<ElementStates> { role.error };
+    const auto askedStates = tree_.states(element);
+    const auto role = tree_.role(element).by(deadline);
+    if (!role.succeeded() || isInvalid(role.value))
+        return { role.succeeded() ? AccessibilityError::invalidElement : role.error };
+    const auto states = askedStates.by(deadline);
     if (!states.succeeded())
         return { states.error };
+    if (isWindow(element, role.value, deadline))
+        return { AccessibilityError::success, std::string(AccessibilityRole::window) };
     return { AccessibilityError::success, std::string(roleName(role.value, states.value)) };
 }
 
 AccessibilityReading Elements::subroleReading(const ObjectReference& element, Deadline deadline)
 {
-    const auto role = tree_.role(element, deadline);
+    const auto role = tree_.role(element).by(deadline);
     if (!role.succeeded())
         return { role.error };
     if (!isSecure(role.value))
@@ -112,7 +115,7 @@ AccessibilityReading Elements::subroleReading(const ObjectReference& element, De
 
 AccessibilityReading Elements::stateReading(const ObjectReference& element, ElementState state, Deadline deadline)
 {
-    const auto states = tree_.states(element, deadline);
+    const auto states = tree_.states(element).by(deadline);
     if (!states.succeeded())
         return { states.error };
     return { AccessibilityError::success, states.value.has(state) };
@@ -121,20 +124,20 @@ AccessibilityReading Elements::stateReading(const ObjectReference& element, Elem
 // What an element is asked in an interface that it does not have may end its program.
 Answer<bool> Elements::hasInterface(const ObjectReference& element, std::string_view interface, Deadline deadline)
 {
-    const auto interfaces = tree_.interfaces(element, deadline);
+    const auto interfaces = tree_.interfaces(element).by(deadline);
     return { interfaces.error, std::ranges::find(interfaces.value, interface) != interfaces.value.end() };
 }
 
 AccessibilityReading Elements::rangeReading(const ObjectReference& element, Deadline deadline)
 {
-    const auto states = tree_.states(element, deadline);
-    const auto hasText
-        = states.succeeded() ? hasInterface(element, textInterface, deadline) : Answer<bool> { states.error };
-    if (!hasText.succeeded())
-        return { hasText.error };
+    const auto askedStates = tree_.states(element);
+    const auto hasText = hasInterface(element, textInterface, deadline);
+    const auto states = askedStates.by(deadline);
+    if (!hasText.succeeded() || !states.succeeded())
+        return { hasText.succeeded() ? states.error : hasText.error };
     if (!takesText(states.value) || !hasText.value)
         return { AccessibilityError::attributeUnsupported };
-    const auto caret = tree_.caretOffset(element, deadline);
+    const auto caret = tree_.caretOffset(element).by(deadline);
     if (!caret.succeeded())
         return { caret.error };
     return { AccessibilityError::success, AccessibilityRange { caret.value, 0 } };
@@ -143,11 +146,11 @@ AccessibilityReading Elements::rangeReading(const ObjectReference& element, Dead
 // Pages give their elements identifiers in another way than toolkits.
 AccessibilityReading Elements::identifierReading(const ObjectReference& element, Deadline deadline)
 {
-    auto identifier = textReading(tree_.identifier(element, deadline));
+    auto identifier = textReading(tree_.identifier(element).by(deadline));
     if (identifier.succeeded() || identifier.error == AccessibilityError::cannotComplete
         || identifier.error == AccessibilityError::invalidElement)
         return identifier;
-    const auto attributes = tree_.attributes(element, deadline);
+    const auto attributes = tree_.attributes(element).by(deadline);
     return textReading({ attributes.error, valueOf(attributes.value, "id") });
 }
 
@@ -156,7 +159,7 @@ AccessibilityReading Elements::urlReading(const ObjectReference& element, Deadli
     const auto isDocument = hasInterface(element, documentInterface, deadline);
     if (!isDocument.value)
         return { isDocument.succeeded() ? AccessibilityError::attributeUnsupported : isDocument.error };
-    const auto attributes = tree_.documentAttributes(element, deadline);
+    const auto attributes = tree_.documentAttributes(element).by(deadline);
     if (!attributes.succeeded())
         return { attributes.error };
     const auto location = valueOf(attributes.value, "URI");
@@ -173,23 +176,33 @@ AccessibilityReading Elements::elementReading(const Answer<ObjectReference>& ans
         AccessibilityElement(std::make_shared<AtspiElement>(reference(), answer.value)) };
 }
 
+bool Elements::isWindow(const ObjectReference& element, std::uint32_t role, Deadline deadline)
+{
+    if (!mayBeWindow(role))
+        return DesktopLinux::isWindow(role);
+    const auto parent = tree_.parent(element).by(deadline);
+    const auto above = parent.succeeded() ? tree_.role(parent.value).by(deadline) : Answer<std::uint32_t>();
+    return above.succeeded() && isApplication(above.value);
+}
+
 Answer<ObjectReference> Elements::window(const ObjectReference& element, Deadline deadline)
 {
     Answer<ObjectReference> ancestor { AccessibilityError::success, element };
     for (int depth = 0; depth < deepestElement && ancestor.succeeded(); ++depth) {
-        const auto role = tree_.role(ancestor.value, deadline);
+        const auto askedParent = tree_.parent(ancestor.value);
+        const auto role = tree_.role(ancestor.value).by(deadline);
         if (!role.succeeded())
             return { role.error };
-        if (isWindow(role.value))
+        if (isWindow(ancestor.value, role.value, deadline))
             return ancestor;
-        ancestor = tree_.parent(ancestor.value, deadline);
+        ancestor = askedParent.by(deadline);
     }
     return { ancestor.succeeded() ? AccessibilityError::noValue : ancestor.error };
 }
 
 AccessibilityError Elements::focus(const ObjectReference& element, Deadline deadline)
 {
-    const auto isTaken = tree_.grabFocus(element, deadline);
+    const auto isTaken = tree_.grabFocus(element).by(deadline);
     if (!isTaken.succeeded())
         return isTaken.error;
     return isTaken.value ? AccessibilityError::success : AccessibilityError::failure;
@@ -197,7 +210,7 @@ AccessibilityError Elements::focus(const ObjectReference& element, Deadline dead
 
 AccessibilityProcess Elements::process(const ObjectReference& element, Deadline deadline)
 {
-    const auto process = tree_.process(element.program, deadline);
+    const auto process = tree_.process(element.program).by(deadline);
     if (!process.succeeded())
         return { process.error };
     return { AccessibilityError::success, static_cast<ProcessIdentifier>(process.value) };
@@ -215,26 +228,29 @@ AccessibilityReading Elements::focusedWindow(ProcessIdentifier process, Deadline
                                : AccessibilityReading { element.error };
 }
 
+// What was told last may be of a part of the program that nobody sees; then it is looked for.
 Answer<ObjectReference> Elements::focused(ProcessIdentifier process, Deadline deadline)
 {
-    const auto element = focus_.lastFocused(process, deadline);
-    if (!element)
-        return { std::chrono::steady_clock::now() < deadline ? AccessibilityError::noValue
-                                                             : AccessibilityError::cannotComplete };
-    if (!isShortcutHeld_() && !hasFocus(*element, deadline))
-        return { AccessibilityError::noValue };
-    return { AccessibilityError::success, *element };
+    const auto last = focus_.lastFocused(process, deadline);
+    if (last && hasFocus(*last, deadline))
+        return { AccessibilityError::success, *last };
+    if (const auto found = focus_.find(process, deadline))
+        return { AccessibilityError::success, *found };
+    if (last && isShortcutHeld_())
+        return { AccessibilityError::success, *last };
+    return { std::chrono::steady_clock::now() < deadline ? AccessibilityError::noValue
+                                                         : AccessibilityError::cannotComplete };
 }
 
-// Some programs leave the state on an element whose window is behind another.
+// Some programs leave the state on an element that is not seen, or whose window is behind another.
 bool Elements::hasFocus(const ObjectReference& element, Deadline deadline)
 {
-    const auto states = tree_.states(element, deadline);
-    if (!states.succeeded() || !states.value.has(ElementState::focused))
+    const auto states = tree_.states(element).by(deadline);
+    if (!states.succeeded() || !states.value.has(ElementState::focused) || !states.value.has(ElementState::visible))
         return false;
     const auto around = window(element, deadline);
     const auto statesAround
-        = around.succeeded() ? tree_.states(around.value, deadline) : Answer<ElementStates> { around.error };
+        = around.succeeded() ? tree_.states(around.value).by(deadline) : Answer<ElementStates> { around.error };
     return statesAround.succeeded() && statesAround.value.has(ElementState::active);
 }
 

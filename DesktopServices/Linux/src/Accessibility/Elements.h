@@ -8,6 +8,7 @@
 #include <DesktopServices/Accessibility.h>
 #include <PlatformSupport/WeakSelf.h>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -45,6 +46,7 @@ private:
     Reading stateReading(const ObjectReference& element, ElementState state, Deadline deadline);
     Answer<bool> hasInterface(const ObjectReference& element, std::string_view interface, Deadline deadline);
     Reading elementReading(const Answer<ObjectReference>& answer);
+    bool isWindow(const ObjectReference& element, std::uint32_t role, Deadline deadline);
     Answer<ObjectReference> window(const ObjectReference& element, Deadline deadline);
     Answer<ObjectReference> focused(DesktopServices::ProcessIdentifier process, Deadline deadline);
     bool hasFocus(const ObjectReference& element, Deadline deadline);

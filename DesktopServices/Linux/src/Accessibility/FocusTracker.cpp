@@ -2,8 +2,9 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "Accessibility/FocusTracker.h"
 
+#include "Accessibility/FocusSearch.h"
+
 #include <array>
-#include <deque>
 #include <utility>
 
 namespace DesktopLinux {
@@ -21,11 +22,11 @@ constexpr auto rootPath = "/org/a11y/atspi/accessible/root";
 constexpr std::array<const char*, 4> wantedEvents { "object:state-changed:focused", "object:state-changed:active",
     "window:activate", "window:deactivate" };
 
-// A search of the whole tree of a program ends after so many elements.
-constexpr size_t mostElements = 2000;
-
 // Programs that have never told anything are forgotten beyond this.
 constexpr size_t mostPrograms = 1000;
+
+// A program that is frozen just then must not keep this one from starting.
+constexpr auto firstSearch = std::chrono::milliseconds(300);
 
 } // namespace
 
@@ -39,6 +40,7 @@ FocusTracker::FocusTracker(BusConnection& bus, Tree& tree)
     events_.push_back(bus_.observe("type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged'",
         [this](sdbus::Message& change) { programLeft(change); }));
     askForEvents();
+    learnPresentFocus();
 }
 
 void FocusTracker::askForEvents()
@@ -93,49 +95,45 @@ std::optional<ObjectReference> FocusTracker::lastFocused(ProcessIdentifier proce
 {
     bus_.handle();
     const auto known = focused_;
-    for (const auto& [program, path] : known) {
-        if (!processes_.contains(program))
-            if (const auto answer = tree_.process(program, deadline); answer.succeeded())
-                processes_[program] = static_cast<ProcessIdentifier>(answer.value);
-        if (const auto owner = processes_.find(program); owner != processes_.end() && owner->second == process)
+    for (const auto& [program, path] : known)
+        if (processOf(program, deadline) == process)
             return ObjectReference { program, path };
-    }
-    auto found = find(process, deadline);
-    if (found)
-        focused_.try_emplace(found->program, found->path);
-    return found;
+    return std::nullopt;
 }
 
 std::optional<ObjectReference> FocusTracker::find(ProcessIdentifier process, Deadline deadline)
 {
-    const auto programs = tree_.children({ registryProgram, rootPath }, deadline);
-    for (const auto& program : programs.value) {
-        const auto owner = tree_.process(program.program, deadline);
-        if (owner.succeeded() && static_cast<ProcessIdentifier>(owner.value) == process)
-            if (auto found = findBelow(program, deadline))
+    const auto programs = tree_.children({ registryProgram, rootPath }).by(deadline);
+    for (const auto& program : programs.value)
+        if (processOf(program.program, deadline) == process)
+            if (const auto found = FocusSearch(tree_, deadline).run(program)) {
+                focused_[found->program] = found->path;
                 return found;
-    }
+            }
     return std::nullopt;
 }
 
-// Level by level: of two that say that they have the focus, the upper one takes the keys.
-std::optional<ObjectReference> FocusTracker::findBelow(const ObjectReference& top, Deadline deadline)
+std::optional<ProcessIdentifier> FocusTracker::processOf(const std::string& program, Deadline deadline)
 {
-    std::deque<ObjectReference> waiting { top };
-    for (size_t seen = 0; !waiting.empty() && seen < mostElements; ++seen) {
-        const auto element = waiting.front();
-        waiting.pop_front();
-        const auto states = tree_.states(element, deadline);
-        if (states.succeeded() && states.value.has(ElementState::focused))
-            return element;
-        const auto children = tree_.children(element, deadline);
-        if (children.error == DesktopServices::AccessibilityError::cannotComplete)
-            return std::nullopt;
-        for (const auto& child : children.value)
-            if (waiting.size() < mostElements)
-                waiting.push_back(child);
-    }
-    return std::nullopt;
+    const auto known = processes_.find(program);
+    if (known != processes_.end())
+        return known->second;
+    const auto answer = tree_.process(program).by(deadline);
+    if (!answer.succeeded())
+        return std::nullopt;
+    const auto process = static_cast<ProcessIdentifier>(answer.value);
+    if (processes_.size() < mostPrograms)
+        processes_[program] = process;
+    return process;
+}
+
+// The shortcut may be pressed before the focus has moved at all.
+void FocusTracker::learnPresentFocus()
+{
+    const auto deadline = std::chrono::steady_clock::now() + firstSearch;
+    for (const auto& program : tree_.children({ registryProgram, rootPath }).by(deadline).value)
+        if (const auto found = FocusSearch(tree_, deadline).run(program))
+            focused_.try_emplace(found->program, found->path);
 }
 
 } // namespace DesktopLinux

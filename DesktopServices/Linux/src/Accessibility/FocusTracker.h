@@ -21,16 +21,18 @@ class FocusTracker {
 public:
     FocusTracker(BusConnection& bus, Tree& tree);
 
-    // The element that got the focus last in the process; one that got it before this program ran is looked for.
-    // Nothing if there is none, or the programs do not answer in time.
+    // The element of the process that got the focus last, as far as the program told it.
     std::optional<ObjectReference> lastFocused(DesktopServices::ProcessIdentifier process, Deadline deadline);
+
+    // The element that says now that it has the focus, looked for in the active window of the process.
+    std::optional<ObjectReference> find(DesktopServices::ProcessIdentifier process, Deadline deadline);
 
 private:
     void askForEvents();
     void focusChanged(sdbus::Message& event);
     void programLeft(sdbus::Message& change);
-    std::optional<ObjectReference> find(DesktopServices::ProcessIdentifier process, Deadline deadline);
-    std::optional<ObjectReference> findBelow(const ObjectReference& top, Deadline deadline);
+    void learnPresentFocus();
+    std::optional<DesktopServices::ProcessIdentifier> processOf(const std::string& program, Deadline deadline);
 
     BusConnection& bus_;
     Tree& tree_;

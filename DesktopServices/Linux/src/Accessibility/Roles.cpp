@@ -18,6 +18,7 @@ enum Role : std::uint32_t {
     comboBox = 11,
     dialog = 16,
     fileChooser = 19,
+    filler = 20,
     fontChooser = 22,
     frame = 23,
     passwordText = 40,
@@ -53,13 +54,10 @@ std::string_view roleName(std::uint32_t role, const ElementStates& states)
     case spinButton:
     case autocomplete:
     case editbar:
-        if (!takesText(states))
-            return staticText;
-        return states.has(ElementState::multiLine) ? AccessibilityRole::textArea : AccessibilityRole::textField;
     case text:
         if (!takesText(states))
             return staticText;
-        return states.has(ElementState::singleLine) ? AccessibilityRole::textField : AccessibilityRole::textArea;
+        return states.has(ElementState::multiLine) ? AccessibilityRole::textArea : AccessibilityRole::textField;
     case documentText:
     case documentEmail:
         return takesText(states) ? AccessibilityRole::textArea : staticText;
@@ -84,6 +82,21 @@ bool isSecure(std::uint32_t role)
 bool isInvalid(std::uint32_t role)
 {
     return role == invalid;
+}
+
+bool mayBeWindow(std::uint32_t role)
+{
+    return role == filler;
+}
+
+bool isApplication(std::uint32_t role)
+{
+    return role == application;
+}
+
+bool isWebPage(std::uint32_t role)
+{
+    return role == documentWeb;
 }
 
 bool isWindow(std::uint32_t role)

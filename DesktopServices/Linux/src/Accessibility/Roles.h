@@ -24,4 +24,12 @@ bool isInvalid(std::uint32_t role);
 
 bool isWindow(std::uint32_t role);
 
+// A widget of Qt that lies in nothing is a window, whatever its role.
+bool mayBeWindow(std::uint32_t role);
+
+bool isApplication(std::uint32_t role);
+
+// A page, or a frame of one, with all that lies in it.
+bool isWebPage(std::uint32_t role);
+
 } // namespace DesktopLinux

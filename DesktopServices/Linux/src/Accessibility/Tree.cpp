@@ -3,6 +3,8 @@
 #include "Accessibility/Tree.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -42,30 +44,38 @@ ObjectReference reference(const RawReference& raw)
     return path == "/org/a11y/atspi/null" ? ObjectReference() : ObjectReference { raw.get<0>(), path };
 }
 
+// What becomes of an answer when it is there.
+template <typename To, typename From, typename Convert>
+PendingAnswer<To> then(PendingAnswer<From> from, Convert convert)
+{
+    return PendingAnswer<To>(
+        [from = std::move(from), convert](Deadline deadline) { return convert(from.by(deadline)); });
+}
+
+template <typename To, typename From, typename Convert>
+PendingAnswer<To> converted(PendingAnswer<From> from, Convert convert)
+{
+    return then<To>(std::move(from), [convert](const Answer<From>& answer) {
+        return Answer<To> { answer.error, answer.succeeded() ? convert(answer.value) : To() };
+    });
+}
+
 // Every element has these methods, so that one without them is none.
-template <typename Value> Answer<Value> ofEveryElement(Answer<Value> answer)
+template <typename Value> PendingAnswer<Value> ofEveryElement(PendingAnswer<Value> from)
 {
-    if (answer.error == AccessibilityError::attributeUnsupported)
-        answer.error = AccessibilityError::invalidElement;
-    return answer;
+    return then<Value>(std::move(from), [](Answer<Value> answer) {
+        if (answer.error == AccessibilityError::attributeUnsupported)
+            answer.error = AccessibilityError::invalidElement;
+        return answer;
+    });
 }
 
-template <typename To, typename From, typename Convert> Answer<To> converted(const Answer<From>& from, Convert convert)
-{
-    return { from.error, from.succeeded() ? convert(from.value) : To() };
-}
-
-} // namespace
-
-template <typename Value, typename... Arguments>
-Answer<Value> Tree::call(const ObjectReference& element, const char* interface, const char* method, Deadline deadline,
-    const Arguments&... arguments)
-{
-    const auto object = bus_.object(element.program, element.path);
-    if (!object)
-        return { AccessibilityError::invalidElement };
+template <typename Value> struct CallUnderWay {
     std::optional<Answer<Value>> answer;
-    const auto read = [&](sdbus::MethodReply& reply, const sdbus::Error* error) {
+    std::unique_ptr<sdbus::IProxy> object; // with it, the reply is not waited for any more
+
+    void take(sdbus::MethodReply& reply, const sdbus::Error* error)
+    {
         answer.emplace();
         try {
             if (!error)
@@ -74,114 +84,145 @@ Answer<Value> Tree::call(const ObjectReference& element, const char* interface, 
         } catch (const sdbus::Error&) {
             answer->error = AccessibilityError::failure; // it says something else than it should
         }
-    };
-    try {
-        auto message = object->createMethodCall(interface, method);
-        ((message << arguments), ...);
-        object->callMethod(message, read, 0);
-    } catch (const sdbus::Error&) {
-        return { AccessibilityError::invalidElement };
     }
-    bus_.waitUntil([&] { return answer.has_value(); }, deadline);
-    return answer.value_or(Answer<Value>());
+};
+
+ElementStates statesFrom(const std::vector<std::uint32_t>& words)
+{
+    ElementStates all;
+    for (size_t i = 0; i < std::min<size_t>(words.size(), 2); ++i)
+        all.bits |= std::uint64_t { words[i] } << (32 * i);
+    return all;
+}
+
+std::vector<ObjectReference> references(const std::vector<RawReference>& raw)
+{
+    std::vector<ObjectReference> all;
+    for (const auto& child : raw)
+        if (all.size() < mostChildren)
+            all.push_back(reference(child));
+    return all;
+}
+
+} // namespace
+
+template <typename Value, typename... Arguments>
+PendingAnswer<Value> Tree::call(
+    const ObjectReference& element, const char* interface, const char* method, const Arguments&... arguments)
+{
+    const auto call = std::make_shared<CallUnderWay<Value>>();
+    try {
+        call->object = bus_.object(element.program, element.path);
+        if (call->object) {
+            auto message = call->object->createMethodCall(interface, method);
+            ((message << arguments), ...);
+            call->object->callMethod(
+                message,
+                [under = call.get()](
+                    sdbus::MethodReply& reply, const sdbus::Error* error) { under->take(reply, error); },
+                0);
+        }
+    } catch (const sdbus::Error&) {
+        call->object.reset();
+    }
+    if (!call->object)
+        call->answer = Answer<Value> { AccessibilityError::invalidElement };
+    return PendingAnswer<Value>([this, call](Deadline deadline) {
+        bus_.waitUntil([&] { return call->answer.has_value(); }, deadline);
+        return call->answer.value_or(Answer<Value>());
+    });
 }
 
 template <typename Value>
-Answer<Value> Tree::property(const ObjectReference& element, const char* interface, const char* name, Deadline deadline)
+PendingAnswer<Value> Tree::property(const ObjectReference& element, const char* interface, const char* name)
 {
-    const auto answer = call<sdbus::Variant>(
-        element, "org.freedesktop.DBus.Properties", "Get", deadline, std::string(interface), std::string(name));
-    if (answer.succeeded() && !answer.value.containsValueOfType<Value>())
-        return { AccessibilityError::failure };
-    return converted<Value>(answer, [](const sdbus::Variant& value) { return value.get<Value>(); });
-}
-
-Answer<std::uint32_t> Tree::role(const ObjectReference& element, Deadline deadline)
-{
-    return ofEveryElement(call<std::uint32_t>(element, accessibleInterface, "GetRole", deadline));
-}
-
-Answer<ElementStates> Tree::states(const ObjectReference& element, Deadline deadline)
-{
-    const auto words
-        = ofEveryElement(call<std::vector<std::uint32_t>>(element, accessibleInterface, "GetState", deadline));
-    auto states = converted<ElementStates>(words, [](const auto& value) {
-        ElementStates all;
-        for (size_t i = 0; i < std::min<size_t>(value.size(), 2); ++i)
-            all.bits |= std::uint64_t { value[i] } << (32 * i);
-        return all;
-    });
-    if (states.succeeded() && states.value.has(ElementState::defunct))
-        states.error = AccessibilityError::invalidElement;
-    return states;
-}
-
-Answer<std::vector<std::string>> Tree::interfaces(const ObjectReference& element, Deadline deadline)
-{
-    return ofEveryElement(call<std::vector<std::string>>(element, accessibleInterface, "GetInterfaces", deadline));
-}
-
-Answer<std::map<std::string, std::string>> Tree::attributes(const ObjectReference& element, Deadline deadline)
-{
-    return call<std::map<std::string, std::string>>(element, accessibleInterface, "GetAttributes", deadline);
-}
-
-Answer<std::map<std::string, std::string>> Tree::documentAttributes(const ObjectReference& element, Deadline deadline)
-{
-    return call<std::map<std::string, std::string>>(element, documentInterface, "GetAttributes", deadline);
-}
-
-Answer<std::vector<ObjectReference>> Tree::children(const ObjectReference& element, Deadline deadline)
-{
-    const auto raw
-        = ofEveryElement(call<std::vector<RawReference>>(element, accessibleInterface, "GetChildren", deadline));
-    return converted<std::vector<ObjectReference>>(raw, [](const auto& value) {
-        std::vector<ObjectReference> references;
-        for (const auto& child : value)
-            if (references.size() < mostChildren)
-                references.push_back(reference(child));
-        return references;
+    auto variant = call<sdbus::Variant>(
+        element, "org.freedesktop.DBus.Properties", "Get", std::string(interface), std::string(name));
+    return then<Value>(std::move(variant), [](const Answer<sdbus::Variant>& answer) -> Answer<Value> {
+        if (!answer.succeeded())
+            return { answer.error };
+        if (!answer.value.containsValueOfType<Value>())
+            return { AccessibilityError::failure };
+        return { AccessibilityError::success, answer.value.get<Value>() };
     });
 }
 
-Answer<ObjectReference> Tree::parent(const ObjectReference& element, Deadline deadline)
+PendingAnswer<std::uint32_t> Tree::role(const ObjectReference& element)
 {
-    auto answer = converted<ObjectReference>(
-        property<RawReference>(element, accessibleInterface, "Parent", deadline), reference);
-    if (answer.succeeded() && answer.value.path.empty())
-        answer.error = AccessibilityError::noValue;
-    return answer;
+    return ofEveryElement(call<std::uint32_t>(element, accessibleInterface, "GetRole"));
 }
 
-Answer<std::string> Tree::name(const ObjectReference& element, Deadline deadline)
+PendingAnswer<ElementStates> Tree::states(const ObjectReference& element)
 {
-    return property<std::string>(element, accessibleInterface, "Name", deadline);
+    auto words = ofEveryElement(call<std::vector<std::uint32_t>>(element, accessibleInterface, "GetState"));
+    return then<ElementStates>(
+        converted<ElementStates>(std::move(words), statesFrom), [](Answer<ElementStates> states) {
+            if (states.succeeded() && states.value.has(ElementState::defunct))
+                states.error = AccessibilityError::invalidElement;
+            return states;
+        });
 }
 
-Answer<std::string> Tree::description(const ObjectReference& element, Deadline deadline)
+PendingAnswer<std::vector<std::string>> Tree::interfaces(const ObjectReference& element)
 {
-    return property<std::string>(element, accessibleInterface, "Description", deadline);
+    return ofEveryElement(call<std::vector<std::string>>(element, accessibleInterface, "GetInterfaces"));
 }
 
-Answer<std::string> Tree::identifier(const ObjectReference& element, Deadline deadline)
+PendingAnswer<std::map<std::string, std::string>> Tree::attributes(const ObjectReference& element)
 {
-    return property<std::string>(element, accessibleInterface, "AccessibleId", deadline);
+    return call<std::map<std::string, std::string>>(element, accessibleInterface, "GetAttributes");
 }
 
-Answer<std::int32_t> Tree::caretOffset(const ObjectReference& element, Deadline deadline)
+PendingAnswer<std::map<std::string, std::string>> Tree::documentAttributes(const ObjectReference& element)
 {
-    return property<std::int32_t>(element, textInterface, "CaretOffset", deadline);
+    return call<std::map<std::string, std::string>>(element, documentInterface, "GetAttributes");
 }
 
-Answer<bool> Tree::grabFocus(const ObjectReference& element, Deadline deadline)
+PendingAnswer<std::vector<ObjectReference>> Tree::children(const ObjectReference& element)
 {
-    return call<bool>(element, componentInterface, "GrabFocus", deadline);
+    return converted<std::vector<ObjectReference>>(
+        ofEveryElement(call<std::vector<RawReference>>(element, accessibleInterface, "GetChildren")), references);
 }
 
-Answer<std::uint32_t> Tree::process(const std::string& program, Deadline deadline)
+PendingAnswer<ObjectReference> Tree::parent(const ObjectReference& element)
+{
+    auto parent = converted<ObjectReference>(property<RawReference>(element, accessibleInterface, "Parent"), reference);
+    return then<ObjectReference>(std::move(parent), [](Answer<ObjectReference> answer) {
+        if (answer.succeeded() && answer.value.path.empty())
+            answer.error = AccessibilityError::noValue;
+        return answer;
+    });
+}
+
+PendingAnswer<std::string> Tree::name(const ObjectReference& element)
+{
+    return property<std::string>(element, accessibleInterface, "Name");
+}
+
+PendingAnswer<std::string> Tree::description(const ObjectReference& element)
+{
+    return property<std::string>(element, accessibleInterface, "Description");
+}
+
+PendingAnswer<std::string> Tree::identifier(const ObjectReference& element)
+{
+    return property<std::string>(element, accessibleInterface, "AccessibleId");
+}
+
+PendingAnswer<std::int32_t> Tree::caretOffset(const ObjectReference& element)
+{
+    return property<std::int32_t>(element, textInterface, "CaretOffset");
+}
+
+PendingAnswer<bool> Tree::grabFocus(const ObjectReference& element)
+{
+    return call<bool>(element, componentInterface, "GrabFocus");
+}
+
+PendingAnswer<std::uint32_t> Tree::process(const std::string& program)
 {
     const ObjectReference bus { "org.freedesktop.DBus", "/org/freedesktop/DBus" };
-    return call<std::uint32_t>(bus, "org.freedesktop.DBus", "GetConnectionUnixProcessID", deadline, program);
+    return call<std::uint32_t>(bus, "org.freedesktop.DBus", "GetConnectionUnixProcessID", program);
 }
 
 } // namespace DesktopLinux

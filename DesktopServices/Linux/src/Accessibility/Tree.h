@@ -13,6 +13,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace DesktopLinux {
@@ -33,8 +34,7 @@ enum class ElementState : unsigned {
     focused = 12,
     multiLine = 17,
     sensitive = 24,
-    showing = 25,
-    singleLine = 26,
+    visible = 30,
     readOnly = 43,
 };
 
@@ -55,11 +55,28 @@ template <typename Value> struct Answer {
 // A time until which answers are waited for, shared by all calls of one reading.
 using Deadline = BusConnection::Instant;
 
-// The elements of all programs, as they tell of them on the accessibility bus. Calls wait for the program, until the
-// deadline. Each is a single one of those that every toolkit answers: to be asked for all properties at once ends some
-// programs.
+// A call that is under way; given up with this object.
+template <typename Value> class PendingAnswer {
+public:
+    using Wait = std::function<Answer<Value>(Deadline)>;
+
+    explicit PendingAnswer(Wait wait)
+        : wait_(std::move(wait))
+    {
+    }
+
+    // Waits for the program, until the deadline.
+    Answer<Value> by(Deadline deadline) const { return wait_(deadline); }
+
+private:
+    Wait wait_;
+};
+
+// The elements of all programs, as they tell of them on the accessibility bus. A function sends its call at once, so
+// that many can be under way before the first answer is waited for. Each is a single one of those that every toolkit
+// answers: to be asked for all properties at once ends some programs.
 //
-// Main thread only.
+// Main thread only; must outlive its answers.
 class Tree {
 public:
     explicit Tree(BusConnection& bus)
@@ -67,28 +84,28 @@ public:
     {
     }
 
-    Answer<std::uint32_t> role(const ObjectReference& element, Deadline deadline);
-    Answer<ElementStates> states(const ObjectReference& element, Deadline deadline);
-    Answer<std::vector<std::string>> interfaces(const ObjectReference& element, Deadline deadline);
-    Answer<std::map<std::string, std::string>> attributes(const ObjectReference& element, Deadline deadline);
-    Answer<std::map<std::string, std::string>> documentAttributes(const ObjectReference& element, Deadline deadline);
-    Answer<std::vector<ObjectReference>> children(const ObjectReference& element, Deadline deadline);
-    Answer<ObjectReference> parent(const ObjectReference& element, Deadline deadline);
-    Answer<std::string> name(const ObjectReference& element, Deadline deadline);
-    Answer<std::string> description(const ObjectReference& element, Deadline deadline);
-    Answer<std::string> identifier(const ObjectReference& element, Deadline deadline);
-    Answer<std::int32_t> caretOffset(const ObjectReference& element, Deadline deadline);
-    Answer<bool> grabFocus(const ObjectReference& element, Deadline deadline);
+    PendingAnswer<std::uint32_t> role(const ObjectReference& element);
+    PendingAnswer<ElementStates> states(const ObjectReference& element);
+    PendingAnswer<std::vector<std::string>> interfaces(const ObjectReference& element);
+    PendingAnswer<std::map<std::string, std::string>> attributes(const ObjectReference& element);
+    PendingAnswer<std::map<std::string, std::string>> documentAttributes(const ObjectReference& element);
+    PendingAnswer<std::vector<ObjectReference>> children(const ObjectReference& element);
+    PendingAnswer<ObjectReference> parent(const ObjectReference& element);
+    PendingAnswer<std::string> name(const ObjectReference& element);
+    PendingAnswer<std::string> description(const ObjectReference& element);
+    PendingAnswer<std::string> identifier(const ObjectReference& element);
+    PendingAnswer<std::int32_t> caretOffset(const ObjectReference& element);
+    PendingAnswer<bool> grabFocus(const ObjectReference& element);
 
     // The process of a program; the bus tells it, also of a frozen one.
-    Answer<std::uint32_t> process(const std::string& program, Deadline deadline);
+    PendingAnswer<std::uint32_t> process(const std::string& program);
 
 private:
     template <typename Value, typename... Arguments>
-    Answer<Value> call(const ObjectReference& element, const char* interface, const char* method, Deadline deadline,
-        const Arguments&... arguments);
+    PendingAnswer<Value> call(
+        const ObjectReference& element, const char* interface, const char* method, const Arguments&... arguments);
     template <typename Value>
-    Answer<Value> property(const ObjectReference& element, const char* interface, const char* name, Deadline deadline);
+    PendingAnswer<Value> property(const ObjectReference& element, const char* interface, const char* name);
 
     BusConnection& bus_;
 };
