@@ -136,18 +136,33 @@ COSINES = cosine_basis()
 MIXED_ORDERS = 4
 MIXING = 0.1
 
+# Gains between neighbouring regions and moments differ by this much: natural logarithm of power, 2.5 dB.
+UNEVENNESS = 0.6
+UNEVEN_FRAMES = 12
+UNEVEN_REGIONS = 7
+
 
 def articulation(random: np.random.Generator) -> np.ndarray:
-    """A matrix for log-mel rows that makes formants sharper or flatter and mixes neighbouring orders of the
-    spectrum's shape, as two speakers' sounds differ; float32 [bands, bands]."""
+    """A matrix for log-mel rows that makes formants and loudness sharper or flatter and mixes neighbouring orders of
+    the spectrum's shape, as two speakers' sounds differ; float32 [bands, bands]."""
     orders = np.arange(len(COSINES))
     change = np.diag(np.interp(orders, (0, 6, 14, 24, 40, 80), random.uniform(0.7, 1.35, 6)))
     distance = np.abs(orders[:, None] - orders)
-    mixed = (distance > 0) & (distance <= MIXED_ORDERS)
+    mixed = (distance > 0) & (distance <= MIXED_ORDERS) & np.outer(orders, orders).astype(bool)
     change += np.where(mixed, random.normal(0, MIXING, change.shape) / np.maximum(distance, 1), 0)
-    change[0] = change[:, 0] = 0
-    change[0, 0] = 1
     return (COSINES.T @ change @ COSINES).astype(np.float32)
+
+
+def unevenness(frames: int, random: np.random.Generator) -> np.ndarray:
+    """Gains that drift over time and bands, as no two speakers stress their sounds alike; float32 [frames, bands]."""
+    knots = random.normal(0, UNEVENNESS, (frames // UNEVEN_FRAMES + 2, UNEVEN_REGIONS))
+    places = np.arange(frames) / UNEVEN_FRAMES
+    before = places.astype(int)
+    share = (places - before)[:, None]
+    moving = knots[before] * (1 - share) + knots[before + 1] * share
+    regions = np.linspace(0, UNEVEN_REGIONS - 1, GEOMETRY.mel_bands)
+    weights = np.maximum(0, 1 - np.abs(regions - np.arange(UNEVEN_REGIONS)[:, None]))
+    return (moving @ weights).astype(np.float32)
 
 
 def masked(features: np.ndarray, random: np.random.Generator) -> np.ndarray:

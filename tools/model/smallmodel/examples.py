@@ -8,7 +8,7 @@ from pathlib import Path
 
 import numpy as np
 
-from .augmentation import Noises, articulation, channel, faster, in_room, masked, speaker_filters, with_noise
+from .augmentation import Noises, articulation, channel, faster, in_room, masked, speaker_filters, unevenness, with_noise
 from .features import encoder_frame_count, log_mel, normalised, power_spectrum
 from .geometry import GEOMETRY
 from .vocabulary import Vocabulary
@@ -116,6 +116,8 @@ class Composer:
         energy = log_mel(power, speaker_filters(random))
         if random.random() < 0.6:
             energy = energy @ articulation(random)
+        if random.random() < 0.5:
+            energy += unevenness(len(energy), random)
         features = masked(normalised(energy), random).astype(np.float16)
         valid = encoder_frame_count(len(samples))
         tokens, frames = due_frames(composition.pieces, len(samples) / RATE, valid)

@@ -11,6 +11,7 @@ from pathlib import Path
 import numpy as np
 import torch
 
+from smallmodel.augmentation import UNEVENNESS, articulation, unevenness
 from smallmodel.examples import Example, due_frames, targets
 from smallmodel.export import export
 from smallmodel.features import log_mel, normalised, power_spectrum
@@ -33,6 +34,19 @@ class FeatureTest(unittest.TestCase):
     def test_half_literals(self):
         self.assertEqual(half(0.5), "fp16(0x1p-1)")
         self.assertEqual(half(-1.5), "fp16(-0x1.8p+0)")
+
+
+class AugmentationTest(unittest.TestCase):
+    def test_articulation_keeps_a_flat_spectrum_flat(self):
+        changed = np.full((1, GEOMETRY.mel_bands), 2.0) @ articulation(np.random.default_rng(1))
+        self.assertLess(np.ptp(changed), 1e-3)
+        self.assertTrue(1.3 < changed.mean() < 2.8)
+
+    def test_gains_drift_without_steps(self):
+        gains = unevenness(400, np.random.default_rng(1))
+        self.assertEqual(gains.shape, (400, GEOMETRY.mel_bands))
+        self.assertLess(np.abs(np.diff(gains, axis=0)).max(), UNEVENNESS)
+        self.assertGreater(gains.std(), UNEVENNESS / 4)
 
 
 class TargetTest(unittest.TestCase):
