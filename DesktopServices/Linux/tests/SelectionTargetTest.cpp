@@ -23,13 +23,17 @@ TEST(SelectionTarget, HasATypeThatTellsAllOfIt)
     EXPECT_EQ(pasteboardType(target("LENGTH", "INTEGER", 32)), "LENGTH as INTEGER/32");
     EXPECT_EQ(pasteboardType(target("X", "X", 16)), "X as X/16");
     EXPECT_EQ(pasteboardType(target("UTF8_STRING", "STRING", 8)), "UTF8_STRING as STRING/8");
+    EXPECT_EQ(pasteboardType(target("text", "saved as %text", 8)), "text as saved%20as%20%25text/8");
 }
 
 TEST(SelectionTarget, IsFoundAgainByItsType)
 {
     for (const auto& original : { target("UTF8_STRING", "UTF8_STRING", 8), target("image/png", "image/png", 8),
              target("TEXT", "UTF8_STRING", 8), target("LENGTH", "INTEGER", 32), target("X", "X", 16),
-             target("saved as text", "a/b/32", 8), target("x/32", "x/32", 8) }) {
+             target("saved as text", "a/b/32", 8), target("x/32", "x/32", 8),
+             target("text", "saved as text", 8), target("a as b", "c as d/8", 16), target(" as ", " as ", 8),
+             target("100% as%20is", "50%25 as is", 8), target("a as a", "a as a", 8), target("a%20b", "a%20b", 8),
+             target("public.utf8-plain-text", "public.utf8-plain-text", 8) }) {
         const auto found = targetOfPasteboardType(pasteboardType(original));
         ASSERT_TRUE(found);
         EXPECT_EQ(found->name, original.name);

@@ -24,6 +24,24 @@ SharedBytes bytesOf(std::string_view text)
     return std::make_shared<std::vector<std::byte>>(bytes.begin(), bytes.end());
 }
 
+std::string replaced(std::string text, std::string_view old, std::string_view by)
+{
+    for (auto place = text.find(old); place != text.npos; place = text.find(old, place + by.size()))
+        text.replace(place, old.size(), by);
+    return text;
+}
+
+// Programs may use any characters in names. Without spaces none is taken for what stands between two.
+std::string escaped(const std::string& name)
+{
+    return replaced(replaced(name, "%", "%25"), " ", "%20");
+}
+
+std::string unescaped(std::string_view text)
+{
+    return replaced(replaced(std::string(text), "%20", " "), "%25", "%");
+}
+
 bool isASCII(std::string_view text)
 {
     return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -35,9 +53,11 @@ std::string pasteboardType(const SelectionTarget& target)
 {
     if (target.name == utf8 && target.type == utf8 && target.format == 8)
         return std::string(DesktopServices::pasteboardStringType);
-    if (target.type == target.name && target.format == 8 && target.name.find(as) == target.name.npos)
+    const bool isNamedLikeAnother
+        = target.name == DesktopServices::pasteboardStringType || target.name.find(as) != target.name.npos;
+    if (target.type == target.name && target.format == 8 && !isNamedLikeAnother)
         return target.name;
-    return target.name + std::string(as) + target.type + "/" + std::to_string(target.format);
+    return escaped(target.name) + std::string(as) + escaped(target.type) + "/" + std::to_string(target.format);
 }
 
 std::optional<SelectionTarget> targetOfPasteboardType(std::string_view type)
@@ -45,9 +65,9 @@ std::optional<SelectionTarget> targetOfPasteboardType(std::string_view type)
     if (type == DesktopServices::pasteboardStringType)
         return SelectionTarget { std::string(utf8), std::string(utf8), 8, nullptr };
     SelectionTarget target { std::string(type), std::string(type), 8, nullptr };
-    if (const auto end = type.rfind(as); end != type.npos) {
-        target.name = type.substr(0, end);
-        target.type = type.substr(end + as.size());
+    if (const auto end = type.find(as); end != type.npos) {
+        target.name = unescaped(type.substr(0, end));
+        target.type = unescaped(type.substr(end + as.size()));
         for (const std::uint8_t format : { 8, 16, 32 }) {
             const auto ending = "/" + std::to_string(format);
             if (target.type.ends_with(ending)) {

@@ -23,7 +23,8 @@ struct SelectionTarget {
 };
 
 // How a pasteboard names the form. Plain text in UTF-8 has the pasteboard's own name; the others have the target's,
-// and after it what does not follow from that: "image/png", "TEXT as UTF8_STRING/8", "LENGTH as INTEGER/32".
+// and after it what does not follow from that: "image/png", "TEXT as UTF8_STRING/8", "LENGTH as INTEGER/32". No two
+// forms have the same name.
 std::string pasteboardType(const SelectionTarget& target);
 
 // The other way round, without bytes. Nothing if no program could have offered that.
