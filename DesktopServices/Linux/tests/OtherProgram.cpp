@@ -80,6 +80,12 @@ void OtherProgram::freeze() const
     while (::waitid(P_PID, id_t(process_), &stopped, WSTOPPED | WNOWAIT) != 0 && errno == EINTR) { }
 }
 
+bool OtherProgram::isFrozen() const
+{
+    siginfo_t stopped {};
+    return ::waitid(P_PID, id_t(process_), &stopped, WSTOPPED | WNOWAIT | WNOHANG) == 0 && stopped.si_pid == process_;
+}
+
 void OtherProgram::thaw() const
 {
     ::kill(process_, SIGCONT);

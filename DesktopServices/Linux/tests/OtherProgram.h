@@ -31,6 +31,7 @@ public:
     std::string answer();
 
     void freeze() const; // until it is thawed it does nothing
+    bool isFrozen() const; // perhaps by itself
     void thaw() const;
     void kill(); // it has no time to say anything
 

@@ -30,13 +30,24 @@ SelectionReader::~SelectionReader()
     connection_.flush();
 }
 
+Awaitable<std::vector<xcb_atom_t>> SelectionReader::targets()
+{
+    const auto value = co_await read(connection_.atom("TARGETS"), timeToTell);
+    co_return value ? value->numbers() : std::vector<xcb_atom_t>();
+}
+
 Awaitable<std::optional<XProperty>> SelectionReader::read(xcb_atom_t target)
+{
+    return read(target, timeForStep);
+}
+
+Awaitable<std::optional<XProperty>> SelectionReader::read(xcb_atom_t target, std::chrono::milliseconds limit)
 {
     isNotified_ = isRefused_ = false;
     xcb_delete_property(connection_.get(), window_, valueProperty_);
     xcb_convert_selection(connection_.get(), window_, selection_, target, valueProperty_, XCB_CURRENT_TIME);
     connection_.flush();
-    isAnswering_ = co_await untilTrue(isNotified_);
+    isAnswering_ = co_await untilTrue(isNotified_, limit);
     if (!isAnswering_ || isRefused_)
         co_return std::nullopt;
     auto value = takeValue();
@@ -50,7 +61,7 @@ Awaitable<std::optional<XProperty>> SelectionReader::readIncrements()
 {
     XProperty whole;
     while (true) {
-        isAnswering_ = co_await untilTrue(isValueNew_);
+        isAnswering_ = co_await untilTrue(isValueNew_, timeForStep);
         const auto piece = isAnswering_ ? takeValue() : std::nullopt;
         if (!piece) {
             isAnswering_ = false; // there is no telling what comes next
@@ -74,11 +85,11 @@ std::optional<XProperty> SelectionReader::takeValue()
     return value;
 }
 
-Awaitable<bool> SelectionReader::untilTrue(const bool& condition)
+Awaitable<bool> SelectionReader::untilTrue(const bool& condition, std::chrono::milliseconds limit)
 {
     while (!condition) {
-        const auto limit = std::min<Clock::Duration>(timeForStep, end_ - clock_.now());
-        if (limit <= Clock::Duration::zero() || !co_await progress_.wait(limit))
+        const auto time = std::min<Clock::Duration>(limit, end_ - clock_.now());
+        if (time <= Clock::Duration::zero() || !co_await progress_.wait(time))
             co_return condition;
     }
     co_return true;

@@ -10,14 +10,17 @@
 namespace DesktopLinux {
 
 // Reads what another program offers, form after form. The program may answer when it likes, or never, or without end:
-// it has so long for each step, so long for all, and so many bytes.
+// it has so long to tell its forms, so long for each step, so long for all, and so many bytes.
 //
 // Main thread only. What comes after the reader is gone reaches nobody.
 class SelectionReader {
 public:
-    // A program that does nothing for so long is taken for frozen.
-    static constexpr std::chrono::milliseconds timeForStep { 400 };
-    static constexpr std::chrono::milliseconds timeForAll { 3000 };
+    // Which forms there are, a program knows: one that does not tell in this time is taken for frozen.
+    static constexpr std::chrono::milliseconds timeToTell { 400 };
+
+    // Some forms it makes only when it is asked: a large picture as PNG takes a second and more.
+    static constexpr std::chrono::milliseconds timeForStep { 2500 };
+    static constexpr std::chrono::milliseconds timeForAll { 5000 };
     static constexpr size_t largestContent = size_t { 256 } << 20; // bytes
 
     SelectionReader(XConnection& connection, PlatformSupport::Executor mainThread, PlatformSupport::Clock& clock,
@@ -25,6 +28,11 @@ public:
     ~SelectionReader();
     SelectionReader(const SelectionReader&) = delete;
     SelectionReader& operator=(const SelectionReader&) = delete;
+
+    // The forms that there are; none if the owner does not answer in time.
+    //
+    // Errors: CancellationError
+    PlatformSupport::Awaitable<std::vector<xcb_atom_t>> targets();
 
     // Nothing if the owner does not offer it, or does not answer in time.
     //
@@ -36,7 +44,8 @@ public:
 
 private:
     void handle(const xcb_generic_event_t& event);
-    PlatformSupport::Awaitable<bool> untilTrue(const bool& condition);
+    PlatformSupport::Awaitable<std::optional<XProperty>> read(xcb_atom_t target, std::chrono::milliseconds limit);
+    PlatformSupport::Awaitable<bool> untilTrue(const bool& condition, std::chrono::milliseconds limit);
     PlatformSupport::Awaitable<std::optional<XProperty>> readIncrements();
     std::optional<XProperty> takeValue();
 

@@ -95,8 +95,7 @@ Awaitable<X11Pasteboard::Representations> X11Pasteboard::readOnce()
         co_return representations;
     }
     SelectionReader reader(connection_, mainThread_, clock_, selection_);
-    const auto targets = co_await reader.read(connection_.atom("TARGETS"));
-    auto atoms = targets ? targets->numbers() : std::vector<xcb_atom_t>();
+    auto atoms = co_await reader.targets();
     atoms.resize(std::min(atoms.size(), mostTargets));
     for (const auto atom : atoms) {
         SelectionTarget target { .name = connection_.atomName(atom), .type = {}, .format = 8, .bytes = {} };

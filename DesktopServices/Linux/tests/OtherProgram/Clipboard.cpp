@@ -3,6 +3,7 @@
 #include "Clipboard.h"
 
 #include <algorithm>
+#include <csignal>
 #include <utility>
 
 namespace {
@@ -61,6 +62,10 @@ std::string Clipboard::run(const std::string& command, std::istringstream& argum
         arguments >> answersLeft_.emplace();
         return "ignoring";
     }
+    if (command == "stop-after") {
+        arguments >> answersBeforeStop_.emplace();
+        return "stopping";
+    }
     if (command == "await-ignored") {
         while (!answersLeft_ || *answersLeft_ >= 0)
             display_.waitFor([this](const xcb_generic_event_t& event) {
@@ -106,6 +111,8 @@ std::string Clipboard::offer(std::istringstream& arguments, bool isText)
         arguments >> text;
     else
         arguments >> type >> format >> size;
+    std::ranges::replace(target, '~', ' ');
+    std::ranges::replace(type, '~', ' ');
     next_[display_.atom(target)] = { display_.atom(type), std::uint8_t(format), isText ? text : pattern(size) };
     return std::to_string(checksum(isText ? text : pattern(size)));
 }
@@ -122,6 +129,7 @@ std::optional<Clipboard::Content> Clipboard::paste(std::istringstream& arguments
 {
     std::string target;
     arguments >> target;
+    std::ranges::replace(target, '~', ' ');
     xcb_convert_selection(
         display_.connection, window_, selection, display_.atom(target), display_.atom("PASTED"), XCB_CURRENT_TIME);
     bool isRefused = false;
@@ -166,6 +174,7 @@ void Clipboard::handle(const xcb_generic_event_t& event)
     }
     if (kind != XCB_SELECTION_REQUEST || (answersLeft_ && --*answersLeft_ < 0))
         return;
+    stopIfToldTo();
     const auto& request = reinterpret_cast<const xcb_selection_request_event_t&>(event);
     xcb_selection_notify_event_t notice {};
     notice.response_type = XCB_SELECTION_NOTIFY;
@@ -174,6 +183,14 @@ void Clipboard::handle(const xcb_generic_event_t& event)
     notice.target = request.target;
     notice.property = answer(request) ? request.property : xcb_atom_t { XCB_ATOM_NONE };
     xcb_send_event(display_.connection, false, request.requestor, 0, reinterpret_cast<const char*>(&notice));
+}
+
+void Clipboard::stopIfToldTo()
+{
+    if (answersBeforeStop_ && --*answersBeforeStop_ < 0) {
+        answersBeforeStop_.reset();
+        std::raise(SIGSTOP);
+    }
 }
 
 bool Clipboard::answer(const xcb_selection_request_event_t& request)

@@ -122,7 +122,8 @@ TEST_F(PasteboardTest, GivesBackEverythingAsItWas)
 {
     const std::vector<std::string> offers { "image/png image/png 8 10485760", "text/uri-list text/uri-list 8 70000",
         "TEXT UTF8_STRING 8 20", "NUMBERS INTEGER 32 400000", "SHORT SHORT 16 6", "EMPTY EMPTY 8 0",
-        "x-kde-passwordManagerHint x-kde-passwordManagerHint 8 6" };
+        "x-kde-passwordManagerHint x-kde-passwordManagerHint 8 6", "TITLE saved~as~text 8 12",
+        "saved~as~text saved~as~text 8 9", "public.utf8-plain-text public.utf8-plain-text 8 7" };
     for (const auto& offer : offers)
         other.ask("offer " + offer);
     other.ask("copy");
@@ -198,8 +199,23 @@ TEST_F(FrozenOwnerTest, IsNotWaitedFor)
     other.ask("copy");
     other.freeze();
     const auto task = startReading();
-    handTurned.advance(SelectionReader::timeForStep);
+    handTurned.advance(SelectionReader::timeToTell);
     EXPECT_TRUE(loop.finish(task).empty());
+}
+
+// Such as making a picture of what it copied.
+TEST_F(FrozenOwnerTest, IsWaitedForWhileItMakesWhatItIsAskedFor)
+{
+    other.ask("offer image/png image/png 8 100");
+    other.ask("copy");
+    other.ask("stop-after 1");
+    const auto task = startReading();
+    while (!other.isFrozen())
+        loop.turn();
+    handTurned.advance(SelectionReader::timeForStep - 1ms);
+    loop.turn();
+    other.thaw();
+    EXPECT_EQ(types(loop.finish(task)), std::vector<std::string> { "image/png" });
 }
 
 TEST_F(FrozenOwnerTest, IsReadAsFarAsItAnswered)
@@ -232,7 +248,7 @@ TEST_F(FrozenOwnerTest, CanVanishWhileItIsAsked)
     other.ask("ignore-after 0");
     const auto task = startReading();
     other.kill();
-    handTurned.advance(SelectionReader::timeForStep);
+    handTurned.advance(SelectionReader::timeToTell);
     EXPECT_TRUE(loop.finish(task).empty());
 }
 
