@@ -94,7 +94,7 @@ void FakeApplication::pasteKeyPressed()
 void FakeApplication::paste()
 {
     if (focused_ && focused_->acceptsText())
-        focused_->type(workspace_.pasteboard().string().value_or(""));
+        focused_->type(workspace_.pasteboard().takeString(process_).value_or(""));
 }
 
 } // namespace DesktopFakes

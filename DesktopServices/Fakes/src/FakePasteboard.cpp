@@ -38,6 +38,12 @@ std::optional<std::string> FakePasteboard::string() const
     return std::nullopt;
 }
 
+std::optional<std::string> FakePasteboard::takeString(DesktopServices::ProcessIdentifier process)
+{
+    takers_.insert(process);
+    return string();
+}
+
 Awaitable<std::vector<PasteboardItem>> FakePasteboard::items()
 {
     auto items = items_;
@@ -52,6 +58,7 @@ void FakePasteboard::clearContents()
 {
     ++changeCount_;
     items_.clear();
+    takers_.clear();
 }
 
 bool FakePasteboard::setString(std::string_view text, std::string_view type)

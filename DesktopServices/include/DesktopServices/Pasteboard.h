@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include <DesktopServices/ProcessIdentifier.h>
 #include <PlatformSupport/Awaitable.h>
 
 #include <cstddef>
@@ -55,6 +56,10 @@ public:
     // After clearContents(). They say whether the pasteboard took it.
     virtual bool setString(std::string_view text, std::string_view type) = 0;
     virtual bool writeItems(const std::vector<PasteboardItem>& items) = 0;
+
+    // Whether the process has taken anything of what was written since the last clearContents(). Nothing tells what it
+    // did with it.
+    virtual bool wasTakenBy(ProcessIdentifier process) const = 0;
 };
 
 } // namespace DesktopServices

@@ -18,8 +18,6 @@ namespace {
 // A proof stands between the text and its field, and again before the key: one that is slow to answer is no field.
 constexpr auto proofTimeout = 150ms;
 
-constexpr DesktopServices::LogCategory insertionLog { "com.nerith.sorvane", "Insertion" };
-
 } // namespace
 
 void TextInsertion::validateField(

@@ -148,6 +148,8 @@ Awaitable<void> TextInsertion::paste(std::string text, Target target, Clipboard 
         throw;
     }
     co_await waitForPaste();
+    if (!pasteboard.wasTakenBy(target.pid))
+        desktop_.diagnosticLog.error(insertionLog, "The destination did not ask for the transcript");
     if (clipboard == Clipboard::restored || PlatformSupport::isCancelled())
         snapshot.restore(pasteboard, changeCount);
 }

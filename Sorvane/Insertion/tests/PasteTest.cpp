@@ -83,6 +83,18 @@ TEST_F(PasteTest, ReachesAProgramThatIsSlowToPaste)
     EXPECT_EQ(note_.text(), "pears");
 }
 
+TEST_F(PasteTest, NotesThatTheDestinationDidNotTakeTheText)
+{
+    editor_.pasteAfter(899ms);
+    startPaste();
+    clock_.advance(900ms);
+    EXPECT_EQ(lastLogEntry(), "");
+    editor_.pasteAfter(901ms);
+    startPaste();
+    clock_.advance(900ms);
+    EXPECT_EQ(lastLogEntry(), "The destination did not ask for the transcript");
+}
+
 TEST_F(PasteTest, LeavesWhatTheUserCopiedMeanwhile)
 {
     startPaste();

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace DesktopFakes {
@@ -23,6 +24,9 @@ public:
     void copy(std::string_view text);
     void copy(std::vector<DesktopServices::PasteboardItem> items);
 
+    // A program pastes.
+    std::optional<std::string> takeString(DesktopServices::ProcessIdentifier process);
+
     const std::vector<DesktopServices::PasteboardItem>& contents() const { return items_; }
     std::optional<std::string> string() const; // nothing if there is no text
 
@@ -38,11 +42,13 @@ public:
     void clearContents() override;
     bool setString(std::string_view text, std::string_view type) override;
     bool writeItems(const std::vector<DesktopServices::PasteboardItem>& items) override;
+    bool wasTakenBy(DesktopServices::ProcessIdentifier process) const override { return takers_.contains(process); }
 
 private:
     FakeTime time_;
     std::int64_t changeCount_ = 1;
     std::vector<DesktopServices::PasteboardItem> items_;
+    std::set<DesktopServices::ProcessIdentifier> takers_; // of what this program wrote
     bool failsNextSetString_ = false;
     bool failsEverySetString_ = false;
     PlatformSupport::Clock::Duration readingTime_ {};

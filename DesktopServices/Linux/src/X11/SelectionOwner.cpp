@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "X11/SelectionOwner.h"
 
+#include "X11/ApplicationIdentity.h"
+
 #include <algorithm>
 #include <span>
 #include <utility>
@@ -44,6 +46,7 @@ SelectionOwner::~SelectionOwner()
 bool SelectionOwner::own()
 {
     targets_.clear();
+    takers_.clear();
     since_ = serverTime();
     xcb_set_selection_owner(connection_.get(), window_, selection_, since_);
     return isOwner();
@@ -52,6 +55,7 @@ bool SelectionOwner::own()
 void SelectionOwner::release()
 {
     targets_.clear();
+    takers_.clear();
     if (isOwner())
         xcb_set_selection_owner(connection_.get(), XCB_WINDOW_NONE, selection_, since_);
     connection_.flush();
@@ -137,7 +141,14 @@ bool SelectionOwner::answer(xcb_window_t window, xcb_atom_t target, xcb_atom_t p
     if (found == targets_.end())
         return false;
     hand(window, property, *found);
+    noteTaker(window);
     return true;
+}
+
+void SelectionOwner::noteTaker(xcb_window_t window)
+{
+    if (const auto process = processOfWindow(connection_, window))
+        takers_.insert(process->identifier);
 }
 
 void SelectionOwner::answerTargets(xcb_window_t window, xcb_atom_t property)

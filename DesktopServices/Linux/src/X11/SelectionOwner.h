@@ -5,8 +5,10 @@
 #include "X11/SelectionTarget.h"
 #include "X11/XConnection.h"
 
+#include <DesktopServices/ProcessIdentifier.h>
 #include <PlatformSupport/Clock.h>
 
+#include <set>
 #include <span>
 #include <vector>
 
@@ -27,6 +29,9 @@ public:
     bool own();
     void release();
     bool isOwner();
+
+    // Whether the process has taken any of it since own() or release().
+    bool wasTakenBy(DesktopServices::ProcessIdentifier process) const { return takers_.contains(process); }
 
     // Offers this from now on; nothing happens unless it owns the selection.
     bool offer(std::vector<SelectionTarget> targets);
@@ -49,6 +54,7 @@ private:
     bool answer(xcb_window_t window, xcb_atom_t target, xcb_atom_t property);
     bool answerSeveral(xcb_window_t window, xcb_atom_t property);
     void answerTargets(xcb_window_t window, xcb_atom_t property);
+    void noteTaker(xcb_window_t window);
     void hand(xcb_window_t window, xcb_atom_t property, const SelectionTarget& target);
     void taken(xcb_window_t window, xcb_atom_t property);
     void forget(xcb_window_t window);
@@ -65,6 +71,7 @@ private:
     xcb_timestamp_t since_ = XCB_CURRENT_TIME;
     std::vector<SelectionTarget> targets_;
     std::vector<Transfer> transfers_;
+    std::set<DesktopServices::ProcessIdentifier> takers_;
     XConnection::Subscription events_;
 };
 

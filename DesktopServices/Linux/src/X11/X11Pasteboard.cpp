@@ -141,6 +141,12 @@ bool X11Pasteboard::writeItems(const std::vector<PasteboardItem>& items)
     return clipboard_.offer(std::move(targets));
 }
 
+// Who only asks which forms there are takes nothing: many do, whenever something is copied.
+bool X11Pasteboard::wasTakenBy(DesktopServices::ProcessIdentifier process) const
+{
+    return clipboard_.wasTakenBy(process) || primary_.wasTakenBy(process);
+}
+
 void X11Pasteboard::lendToPrimarySelection()
 {
     if (clipboard_.isOwner() && primary_.own())

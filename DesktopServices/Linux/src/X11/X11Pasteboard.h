@@ -23,6 +23,7 @@ public:
     void clearContents() override;
     bool setString(std::string_view text, std::string_view type) override;
     bool writeItems(const std::vector<DesktopServices::PasteboardItem>& items) override;
+    bool wasTakenBy(DesktopServices::ProcessIdentifier process) const override;
 
     // For programs that paste what is selected: until the next clearContents() what is written here counts as selected
     // too.

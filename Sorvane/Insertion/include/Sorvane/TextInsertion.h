@@ -82,7 +82,8 @@ public:
 
     // Puts the text on the clipboard, presses the paste key in the destination, which must have the focus, and then
     // puts back what was on the clipboard, unless somebody else has written to it since, or the transcript is to
-    // stay. After a failure or a cancellation it is put back in any case.
+    // stay. After a failure or a cancellation it is put back in any case. That the destination did not take the text
+    // goes into the diagnostic log: there is no telling that it never will.
     //
     // Errors: InsertionError: eventCreation, clipboardWrite, focusChanged, and those of validateDestination();
     //         CancellationError until the text is on the clipboard
@@ -94,6 +95,8 @@ public:
         DesktopServices::AccessibilityError error = DesktopServices::AccessibilityError::success) const;
 
 private:
+    static constexpr DesktopServices::LogCategory insertionLog { "com.nerith.sorvane", "Insertion" };
+
     struct PasteKey;
 
     std::shared_ptr<DesktopServices::RunningApplication> foreignApplicationInFront() const;
