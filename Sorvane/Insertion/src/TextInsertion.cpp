@@ -130,6 +130,7 @@ Awaitable<void> TextInsertion::paste(std::string text, Target target, Clipboard 
     const PasteKey key = makePasteKey();
     if (!co_await key.source->untilModifiersAreUp())
         throw InsertionError(InsertionError::Case::eventCreation);
+    co_await untilFocused(target);
     checkCancellation();
     auto& pasteboard = desktop_.pasteboard;
     const auto snapshot = co_await ClipboardSnapshot::of(pasteboard);
@@ -159,6 +160,16 @@ void TextInsertion::proveDestination(const Target& target)
     validateDestination(target);
     if (!destinationIsFocused(target))
         throw InsertionError(InsertionError::Case::focusChanged);
+}
+
+// A program that has lost the keys to the shortcut gets them back a moment after that is up.
+Awaitable<void> TextInsertion::untilFocused(const Target& target)
+{
+    for (int waits = 0; !destinationIsFocused(target); ++waits) {
+        if (waits == maximumWaitsForFocus)
+            throw InsertionError(InsertionError::Case::focusChanged);
+        co_await clock_.sleep(waitForFocus);
+    }
 }
 
 TextInsertion::PasteKey TextInsertion::makePasteKey() const

@@ -189,6 +189,32 @@ TEST_F(PasteTest, WaitsForTheUsersFingersToLeaveTheModifierKeys)
     EXPECT_EQ(note_.text(), "pears");
 }
 
+// Programs get the keys back, and with them the focus, a moment after the shortcut's key is up.
+TEST_F(PasteTest, GivesTheProgramTimeToSayThatItHasTheFocusAgain)
+{
+    desktop_.keyEvents.modifiersAreHeld = true;
+    startPaste();
+    desktop_.leaveAll();
+    desktop_.keyEvents.modifiersAreHeld = false;
+    clock_.advance(100ms);
+    expectNothingHappened();
+    desktop_.clickInto(note_);
+    clock_.advance(50ms);
+    EXPECT_EQ(note_.text(), "pears");
+}
+
+TEST_F(PasteTest, DoesNotWaitForTheFocusForEver)
+{
+    const auto changeCount = desktop_.pasteboard.changeCount();
+    desktop_.keyEvents.modifiersAreHeld = true;
+    const auto paste = startPaste();
+    desktop_.leaveAll();
+    desktop_.keyEvents.modifiersAreHeld = false;
+    clock_.advance(1600ms);
+    EXPECT_EQ(failureOf([&] { loop_.finish(paste); }), Case::focusChanged);
+    expectClipboardUntouched(changeCount);
+}
+
 TEST_F(PasteTest, GivesUpOnModifierKeysThatStayDown)
 {
     const auto changeCount = desktop_.pasteboard.changeCount();

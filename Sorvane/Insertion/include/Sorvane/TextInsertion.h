@@ -107,6 +107,7 @@ private:
     DestinationAccess systemAccess(Clipboard clipboard);
     PasteKey makePasteKey() const;
     void proveDestination(const Target& target);
+    PlatformSupport::Awaitable<void> untilFocused(const Target& target);
     PlatformSupport::Awaitable<void> waitForPaste() const;
 
     DesktopServices::Desktop desktop_;
