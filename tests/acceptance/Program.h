@@ -43,6 +43,8 @@ public:
     // Whether a request to end it would reach it later, as when it has not got so far as to take it in its own way.
     bool holdsBackInterrupts() const;
 
+    pid_t process() const { return process_; }
+
     void kill() const; // as the system does it: at once
     void interrupt() const; // as the user does it, with Ctrl-C
 

@@ -1,0 +1,267 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-FileCopyrightText: 2026 The Sorvane developers
+//
+// DesktopDictations latency [ROUNDS] | capture [ROUNDS] | many [DICTATIONS] | idle [SECONDS]
+//
+// The built application on a desktop of its own, with real keys, a real microphone and a real field: how long after the
+// key is released the words stand there, how long the field is looked at when the key is pressed, what many dictations
+// leave behind, and what the application does while nobody dictates. To be run by benchmarks/desktop.
+#include "DictationOnTheDesktop.h"
+#include "LinuxDesktop.h"
+
+#include <PlatformSupport/Environment.h>
+#include <PlatformSupport/SystemClock.h>
+#include <Sorvane/TextInsertion.h>
+
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using Instant = std::chrono::steady_clock::time_point;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr auto hold = R"({"activationMode": "Hold to speak", "automaticallyCopy": false})";
+
+constexpr auto shortRecording = "unknown-speaker-reminder.wav"; // 5 s
+constexpr auto longRecording = "unknown-speaker-message.flac"; // 17 s
+
+double between(Instant start, Instant end)
+{
+    return Milliseconds(end - start).count();
+}
+
+// Milliseconds of one step, and the line of a table that tells of them.
+struct Step {
+    std::string name;
+    std::vector<double> times {};
+
+    void tell()
+    {
+        std::ranges::sort(times);
+        const auto at
+            = [&](double share) { return times[static_cast<size_t>(share * double(times.size() - 1) + 0.5)]; };
+        std::printf("| %s | %.1f | %.1f | %.1f |\n", name.c_str(), at(0.5), at(0.95), times.back());
+        std::fflush(stdout);
+    }
+};
+
+// What the system says of a process.
+struct Usage {
+    explicit Usage(pid_t process)
+    {
+        const std::string folder = "/proc/" + std::to_string(process);
+        for (const auto& thread : std::filesystem::directory_iterator(folder + "/task")) {
+            ++threads;
+            const auto status = fields(thread.path() / "status");
+            switches += status.at("voluntary_ctxt_switches") + status.at("nonvoluntary_ctxt_switches");
+        }
+        memory = fields(folder + "/status").at("VmRSS");
+        for ([[maybe_unused]] const auto& file : std::filesystem::directory_iterator(folder + "/fd"))
+            ++files;
+        std::ifstream stat(folder + "/stat");
+        std::string word;
+        for (int field = 1; field <= 15 && stat >> word; ++field)
+            if (field >= 14)
+                processor += std::stod(word) / double(::sysconf(_SC_CLK_TCK));
+    }
+
+    static std::map<std::string, long> fields(const std::filesystem::path& file)
+    {
+        std::ifstream lines(file);
+        std::map<std::string, long> values;
+        for (std::string line; std::getline(lines, line);)
+            if (const size_t colon = line.find(':'); colon != std::string::npos)
+                values[line.substr(0, colon)] = std::strtol(line.c_str() + colon + 1, nullptr, 10);
+        return values;
+    }
+
+    long memory = 0; // KiB
+    long threads = 0;
+    long files = 0;
+    long switches = 0; // of threads, each a wake-up
+    double processor = 0; // seconds
+};
+
+class DesktopDictations final : public DictationOnTheDesktop {
+public:
+    DesktopDictations()
+        : DictationOnTheDesktop(hold)
+    {
+        const auto version = usersConnection.reply<xcb_xfixes_query_version_reply_t>(
+            xcb_xfixes_query_version(usersConnection.get(), 5, 0));
+        const auto name
+            = usersConnection.reply<xcb_intern_atom_reply_t>(xcb_intern_atom(usersConnection.get(), 0, 9, "CLIPBOARD"));
+        xcb_xfixes_select_selection_input(usersConnection.get(), usersConnection.root(), name->atom,
+            XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+        const uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+        xcb_change_window_attributes(usersConnection.get(), usersConnection.root(), XCB_CW_EVENT_MASK, &mask);
+        usersConnection.synchronise();
+        firstExtensionEvent_ = xcb_get_extension_data(usersConnection.get(), &xcb_xfixes_id)->first_event;
+        events_ = usersConnection.observe([this](const xcb_generic_event_t& event) { note(event); });
+        focus(form, "page");
+    }
+
+    void latency(int rounds)
+    {
+        for (const std::string recording : { shortRecording, longRecording }) {
+            Step bar { "key down until the bar is on the screen" };
+            Step words { "key up until the words are on the clipboard" };
+            Step field { "from there until they stand in the field" };
+            Step all { "key up until they stand in the field" };
+            for (int round = 0; round <= rounds; ++round) {
+                const auto times = dictate(recording);
+                if (round == 0)
+                    continue; // everything is read for the first time
+                bar.times.push_back(between(times.pressed, times.barShown));
+                words.times.push_back(between(times.released, times.copied));
+                field.times.push_back(between(times.copied, times.typed));
+                all.times.push_back(between(times.released, times.typed));
+            }
+            std::printf(
+                "\n%s, %d times:\n\n| ms | median | 95 %% | most |\n|---|---|---|---|\n", recording.c_str(), rounds);
+            for (Step* const step : { &bar, &words, &field, &all })
+                step->tell();
+        }
+    }
+
+    // In this process, with the services of the application.
+    void capture(int rounds)
+    {
+        PlatformSupport::SystemClock clock;
+        Sorvane::LinuxDesktop desktop(loop.executor(), clock);
+        Sorvane::TextInsertion insertion(desktop.services(), clock);
+        loop.turnUntil([&] { return desktop.permissions.isAccessibilityTrusted(); });
+        Step step { "capture of the field" };
+        for (int round = 0; round < rounds; ++round) {
+            const auto begin = std::chrono::steady_clock::now();
+            insertion.captureForRecording();
+            step.times.push_back(between(begin, std::chrono::steady_clock::now()));
+            loop.turn();
+        }
+        std::printf("| ms | median | 95 %% | most |\n|---|---|---|---|\n");
+        step.tell();
+    }
+
+    void many(int dictations)
+    {
+        std::printf("| dictations | memory, MB | threads | files | processor, s |\n|---|---|---|---|---|\n");
+        for (int done = 0; done <= dictations; ++done) {
+            if (done % std::max(1, dictations / 10) == 0) {
+                const Usage usage(sorvane.process());
+                std::printf("| %d | %.1f | %ld | %ld | %.1f |\n", done, double(usage.memory) / 1024, usage.threads,
+                    usage.files, usage.processor);
+                std::fflush(stdout);
+            }
+            dictate(shortRecording);
+        }
+    }
+
+    void idle(int seconds)
+    {
+        const Usage before(sorvane.process());
+        std::this_thread::sleep_for(std::chrono::seconds(seconds));
+        const Usage after(sorvane.process());
+        std::printf("%d s: %.2f s of processor, %ld wake-ups of %ld threads, memory %.1f MB, %+.1f MB\n", seconds,
+            after.processor - before.processor, after.switches - before.switches, after.threads,
+            double(after.memory) / 1024, double(after.memory - before.memory) / 1024);
+    }
+
+private:
+    struct Times {
+        Instant pressed, barShown, released, copied, typed;
+    };
+
+    void TestBody() override { }
+
+    void note(const xcb_generic_event_t& event)
+    {
+        const auto type = event.response_type & 0x7f;
+        if (type == XCB_MAP_NOTIFY)
+            barShown_ = std::chrono::steady_clock::now();
+        else if (type == XCB_UNMAP_NOTIFY)
+            barShown_ = Instant::min();
+        else if (type == firstExtensionEvent_ + XCB_XFIXES_SELECTION_NOTIFY)
+            copied_ = std::chrono::steady_clock::now();
+    }
+
+    // For good: a confirmation may follow the bar.
+    void untilBarIsGone()
+    {
+        do {
+            loop.turnUntil([&] { return barShown_ == Instant::min(); });
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            loop.turn();
+        } while (barShown_ != Instant::min());
+    }
+
+    // An event that is later than the instant.
+    Instant after(const Instant& begin, const Instant& event)
+    {
+        loop.turnUntil([&] { return event > begin; });
+        return event;
+    }
+
+    // Comes back when the last sample has been heard.
+    static void play(const std::string& recording)
+    {
+        const auto mouth = PlatformSupport::environmentVariable("DESKTOP_SESSION_MOUTH").value_or("");
+        runProgram({ "paplay", "--device=" + mouth, SAMPLES_DIRECTORY "/" + recording });
+    }
+
+    Times dictate(const std::string& recording)
+    {
+        Times times;
+        const size_t length = form.ask("read page").size();
+        times.pressed = std::chrono::steady_clock::now();
+        holdShortcut();
+        times.barShown = after(times.pressed, barShown_);
+        untilListening();
+        play(recording);
+        times.released = std::chrono::steady_clock::now();
+        releaseShortcut();
+        times.copied = after(times.released, copied_);
+        while (form.ask("read page").size() == length)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        times.typed = std::chrono::steady_clock::now();
+        untilBarIsGone();
+        return times;
+    }
+
+    int firstExtensionEvent_ = 0;
+    Instant barShown_ = Instant::min();
+    Instant copied_;
+    DesktopLinux::XConnection::Subscription events_;
+};
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    const std::string what = count > 1 ? arguments[1] : "";
+    const auto number = [&](int usual) { return count > 2 ? std::atoi(arguments[2]) : usual; };
+    DesktopDictations desktop;
+    if (what == "latency")
+        desktop.latency(number(20));
+    else if (what == "capture")
+        desktop.capture(number(200));
+    else if (what == "many")
+        desktop.many(number(200));
+    else if (what == "idle")
+        desktop.idle(number(600));
+    else
+        return std::fputs(
+                   "DesktopDictations latency [ROUNDS] | capture [ROUNDS] | many [DICTATIONS] | idle [SECONDS]\n",
+                   stderr),
+               1;
+    return 0;
+}
