@@ -48,7 +48,7 @@ public:
     PlatformSupport::HandTurnedLoop loop;
     PlatformSupport::SystemClock clock;
     DesktopLinux::X11Session x11 { loop.executor(), clock };
-    DesktopLinux::AccessibilityBus bus { loop.executor(), [this] { return x11.isShortcutHeld(); } };
+    DesktopLinux::AccessibilityBus bus { loop.executor(), [this] { return x11.isShortcutHeld(); }, x11.whileWaiting() };
     DesktopLinux::Sound sound;
     DesktopLinux::LinuxPermissions permissions { sound, bus };
     DesktopLinux::ProgramLaunching launching;

@@ -19,7 +19,8 @@ struct LinuxDesktop {
     // Errors: NoDisplayError
     LinuxDesktop(const PlatformSupport::Executor& mainThread, PlatformSupport::Clock& clock)
         : x11(mainThread, clock)
-        , accessibility(mainThread, [this] { return x11.isShortcutHeld(); })
+        , accessibility(
+              mainThread, [this] { return x11.isShortcutHeld(); }, x11.whileWaiting())
     {
     }
 

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include <DesktopLinux/WhileWaiting.h>
 #include <DesktopServices/Accessibility.h>
 #include <PlatformSupport/Awaitable.h>
 
@@ -21,7 +22,8 @@ class AccessibilityBus {
 public:
     // `isShortcutHeld` says whether the shortcut's key is down: for as long as it is, programs deny that anything of
     // theirs has the focus, and what had it last counts.
-    AccessibilityBus(const PlatformSupport::Executor& mainThread, std::function<bool()> isShortcutHeld);
+    AccessibilityBus(const PlatformSupport::Executor& mainThread, std::function<bool()> isShortcutHeld,
+        WhileWaiting whileWaiting = {});
     AccessibilityBus(const AccessibilityBus&) = delete;
     AccessibilityBus& operator=(const AccessibilityBus&) = delete;
     ~AccessibilityBus();

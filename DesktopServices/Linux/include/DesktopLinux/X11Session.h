@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #pragma once
 
+#include <DesktopLinux/WhileWaiting.h>
 #include <DesktopServices/HotKey.h>
 #include <DesktopServices/KeyEvents.h>
 #include <DesktopServices/Pasteboard.h>
@@ -35,6 +36,9 @@ public:
     DesktopServices::HotKey& hotKey();
     DesktopServices::KeyEvents& keyEvents();
     DesktopServices::Pasteboard& pasteboard();
+
+    // Hands over what is on the clipboard: there are programs that answer nobody until they have it.
+    WhileWaiting whileWaiting();
 
     // For whoever has to know it before there is an executor.
     //

@@ -21,9 +21,10 @@ using DesktopServices::AccessibilityTimeout;
 using DesktopServices::ProcessIdentifier;
 
 struct AccessibilityBus::Parts final : DesktopServices::Accessibility {
-    Parts(PlatformSupport::Executor executor, std::function<bool()> isHeld)
+    Parts(PlatformSupport::Executor executor, std::function<bool()> isHeld, WhileWaiting work)
         : mainThread(std::move(executor))
         , isShortcutHeld(std::move(isHeld))
+        , whileWaiting(std::move(work))
     {
     }
 
@@ -35,13 +36,14 @@ struct AccessibilityBus::Parts final : DesktopServices::Accessibility {
         if (isAlive())
             return;
         elements.reset();
-        if (auto bus = BusConnection::open(mainThread, address))
+        if (auto bus = BusConnection::open(mainThread, address, whileWaiting))
             elements = std::make_unique<Elements>(std::move(bus), isShortcutHeld);
     }
     bool isAlive() const { return elements && elements->isAlive(); }
 
     PlatformSupport::Executor mainThread;
     std::function<bool()> isShortcutHeld;
+    WhileWaiting whileWaiting;
     std::unique_ptr<Elements> elements; // null until the bus is found
     AccessibilitySwitch status { mainThread, [this](const std::string& address) { found(address); } };
     PlatformSupport::WeakSelf<Parts> self { this };
@@ -114,8 +116,9 @@ AccessibilityElement AccessibilityBus::Parts::applicationElement(ProcessIdentifi
     return AccessibilityElement(std::make_shared<ApplicationElement<Parts>>(self.reference(), process));
 }
 
-AccessibilityBus::AccessibilityBus(const PlatformSupport::Executor& mainThread, std::function<bool()> isShortcutHeld)
-    : parts_(std::make_unique<Parts>(mainThread, std::move(isShortcutHeld)))
+AccessibilityBus::AccessibilityBus(
+    const PlatformSupport::Executor& mainThread, std::function<bool()> isShortcutHeld, WhileWaiting whileWaiting)
+    : parts_(std::make_unique<Parts>(mainThread, std::move(isShortcutHeld), std::move(whileWaiting)))
 {
 }
 

@@ -5,25 +5,28 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace DesktopLinux {
 
 std::unique_ptr<BusConnection> BusConnection::open(
-    const PlatformSupport::Executor& mainThread, const std::string& address)
+    const PlatformSupport::Executor& mainThread, const std::string& address, const WhileWaiting& whileWaiting)
 {
     try {
         return std::make_unique<BusConnection>(mainThread,
             address.empty() ? sdbus::createSessionBusConnection()
-                            : sdbus::createSessionBusConnectionWithAddress(address));
+                            : sdbus::createSessionBusConnectionWithAddress(address),
+            whileWaiting);
     } catch (const sdbus::Error&) {
         return nullptr;
     }
 }
 
-BusConnection::BusConnection(
-    const PlatformSupport::Executor& mainThread, std::unique_ptr<sdbus::IConnection> connection)
+BusConnection::BusConnection(const PlatformSupport::Executor& mainThread,
+    std::unique_ptr<sdbus::IConnection> connection, WhileWaiting whileWaiting)
     : connection_(std::move(connection))
+    , whileWaiting_(std::move(whileWaiting))
 {
     watch_.emplace(mainThread, connection_->getEventLoopPollData().fd, [this] { handle(); });
 }
@@ -73,9 +76,11 @@ bool BusConnection::waitUntil(const std::function<bool()>& condition, Instant en
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now()).count();
         if (!isAlive_ || left <= 0)
             return false;
-        const auto awaited = connection_->getEventLoopPollData();
-        pollfd bus { awaited.fd, awaited.events, 0 };
-        ::poll(&bus, 1, static_cast<int>(left));
+        if (whileWaiting_.work)
+            whileWaiting_.work();
+        const auto bus = connection_->getEventLoopPollData();
+        std::array awaited { pollfd { bus.fd, bus.events, 0 }, pollfd { whileWaiting_.descriptor, POLLIN, 0 } };
+        ::poll(awaited.data(), awaited.size(), static_cast<int>(left));
         handle();
     }
     return true;

@@ -4,6 +4,8 @@
 
 #include "DescriptorWatch.h"
 
+#include <DesktopLinux/WhileWaiting.h>
+
 #include <sdbus-c++/sdbus-c++.h>
 
 #include <chrono>
@@ -24,9 +26,11 @@ public:
     using Reply = std::function<void(sdbus::MethodReply&, const sdbus::Error*)>;
 
     // Nothing if the bus cannot be reached. `address` is empty for the user's session bus.
-    static std::unique_ptr<BusConnection> open(const PlatformSupport::Executor& mainThread, const std::string& address);
+    static std::unique_ptr<BusConnection> open(
+        const PlatformSupport::Executor& mainThread, const std::string& address, const WhileWaiting& whileWaiting = {});
 
-    BusConnection(const PlatformSupport::Executor& mainThread, std::unique_ptr<sdbus::IConnection> connection);
+    BusConnection(const PlatformSupport::Executor& mainThread, std::unique_ptr<sdbus::IConnection> connection,
+        WhileWaiting whileWaiting);
     BusConnection(const BusConnection&) = delete;
     BusConnection& operator=(const BusConnection&) = delete;
 
@@ -54,6 +58,7 @@ public:
 
 private:
     std::unique_ptr<sdbus::IConnection> connection_;
+    WhileWaiting whileWaiting_;
     bool isAlive_ = true;
     std::optional<DescriptorWatch> watch_;
 };

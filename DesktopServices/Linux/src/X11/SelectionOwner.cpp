@@ -33,7 +33,7 @@ SelectionOwner::SelectionOwner(XConnection& connection, PlatformSupport::Clock& 
     , clock_(clock)
     , selection_(selection)
     , window_(connection.makeWindow(XCB_EVENT_MASK_PROPERTY_CHANGE))
-    , events_(connection.observe([this](const xcb_generic_event_t& event) { handle(event); }))
+    , events_(connection.observeUrgent([this](const xcb_generic_event_t& event) { handle(event); }))
 {
 }
 

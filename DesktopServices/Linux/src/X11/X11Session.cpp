@@ -58,6 +58,12 @@ DesktopServices::HotKey& X11Session::hotKey()
     return parts_->hotKey;
 }
 
+WhileWaiting X11Session::whileWaiting()
+{
+    auto& connection = parts_->connection;
+    return { xcb_get_file_descriptor(connection.get()), [&connection] { connection.handOutUrgent(); } };
+}
+
 bool X11Session::isShortcutHeld() const
 {
     return parts_->hotKey.isHeld();

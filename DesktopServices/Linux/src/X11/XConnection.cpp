@@ -69,9 +69,28 @@ void XConnection::flush()
 
 XConnection::Subscription XConnection::observe(Handler handler)
 {
+    return add(handlers_, std::move(handler));
+}
+
+XConnection::Subscription XConnection::observeUrgent(Handler handler)
+{
+    return add(urgentHandlers_, std::move(handler));
+}
+
+XConnection::Subscription XConnection::add(Handlers& handlers, Handler handler)
+{
     auto subscription = std::make_shared<Handler>(std::move(handler));
-    handlers_.push_back(subscription);
+    handlers.push_back(subscription);
     return subscription;
+}
+
+void XConnection::show(Handlers& handlers, const xcb_generic_event_t& event)
+{
+    std::erase_if(handlers, [](const auto& handler) { return handler.expired(); });
+    const auto present = handlers;
+    for (const auto& handler : present)
+        if (const auto alive = handler.lock())
+            (*alive)(event);
 }
 
 xcb_atom_t XConnection::atom(std::string_view name)
@@ -153,7 +172,7 @@ bool XConnection::waitForServer(Clock::time_point end) const
 void XConnection::receive()
 {
     while (XEvent event { xcb_poll_for_event(get()) })
-        events_.push_back(std::move(event));
+        events_.push_back({ std::move(event) });
     if (!events_.empty())
         handOutLater();
 }
@@ -168,19 +187,26 @@ void XConnection::handOutLater()
     });
 }
 
+// They stay where they are, for the main loop. A handler may add to them, but takes none out.
+void XConnection::handOutUrgent()
+{
+    flush();
+    for (size_t i = 0; i < events_.size(); ++i)
+        if (!std::exchange(events_[i].wasUrgent, true))
+            show(urgentHandlers_, *events_[i].event);
+}
+
 // A handler may wait for replies, by which more events arrive.
 void XConnection::handOut()
 {
     willHandOut_ = true;
     flush();
     while (!events_.empty()) {
-        const XEvent event = std::move(events_.front());
+        const WaitingEvent next = std::move(events_.front());
         events_.pop_front();
-        std::erase_if(handlers_, [](const auto& handler) { return handler.expired(); });
-        const auto present = handlers_;
-        for (const auto& handler : present)
-            if (const auto alive = handler.lock())
-                (*alive)(*event);
+        if (!next.wasUrgent)
+            show(urgentHandlers_, *next.event);
+        show(handlers_, *next.event);
         if (events_.empty())
             flush();
     }

@@ -84,11 +84,17 @@ public:
     // Called for each event from now on, in order, by the main loop, errors (response type 0) included.
     [[nodiscard]] Subscription observe(Handler handler);
 
+    // The same, but also called by handOutUrgent().
+    [[nodiscard]] Subscription observeUrgent(Handler handler);
+
+    // Shows the events that have come until now to those who must not wait for the main loop.
+    void handOutUrgent();
+
     // Shows the events that have arrived, but were not handed out yet.
     template <typename Visitor> void visitWaiting(Visitor visit) const
     {
-        for (const auto& event : events_)
-            visit(*event);
+        for (const auto& waiting : events_)
+            visit(*waiting.event);
     }
 
     xcb_atom_t atom(std::string_view name); // made if there is none; none if the server does not answer
@@ -106,6 +112,15 @@ private:
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
 
+    using Handlers = std::vector<std::weak_ptr<Handler>>;
+
+    struct WaitingEvent {
+        XEvent event;
+        bool wasUrgent = false; // and has been shown as such
+    };
+
+    static Subscription add(Handlers& handlers, Handler handler);
+    static void show(Handlers& handlers, const xcb_generic_event_t& event);
     void* waitForReply(unsigned sequence);
     std::optional<XProperty> readProperty(xcb_window_t window, xcb_atom_t name, size_t largestBytes, bool isTaken);
     bool waitForServer(std::chrono::steady_clock::time_point end) const;
@@ -116,9 +131,10 @@ private:
     PlatformSupport::Executor mainThread_;
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
     xcb_window_t root_ = XCB_WINDOW_NONE;
-    std::deque<XEvent> events_;
+    std::deque<WaitingEvent> events_;
     bool willHandOut_ = false;
-    std::vector<std::weak_ptr<Handler>> handlers_;
+    Handlers handlers_;
+    Handlers urgentHandlers_;
     std::map<std::string, xcb_atom_t, std::less<>> atoms_;
     std::optional<DescriptorWatch> watch_;
     PlatformSupport::WeakSelf<XConnection> self_ { this };

@@ -10,6 +10,7 @@
 #include <PlatformSupport/Task.h>
 
 #include <algorithm>
+#include <future>
 
 namespace DesktopLinux {
 
@@ -70,6 +71,17 @@ TEST_F(PasteboardTest, OffersTextToOtherPrograms)
     EXPECT_EQ(serve(other, "paste STRING"), "refused");
     write("plain");
     EXPECT_EQ(serve(other, "paste-text STRING"), "plain");
+}
+
+// A program that this one waits for may wait for the text.
+TEST_F(PasteboardTest, OffersTextWhileTheMainThreadIsBusyWaiting)
+{
+    write("words");
+    other.tell("paste-text UTF8_STRING");
+    auto answer = std::async(std::launch::async, [&] { return other.answer(); });
+    while (answer.wait_for(0s) != std::future_status::ready)
+        connection.handOutUrgent();
+    EXPECT_EQ(answer.get(), "words");
 }
 
 TEST_F(PasteboardTest, IsEmptyOnceCleared)

@@ -42,6 +42,29 @@ TEST_F(XConnectionTest, HandsOutEventsInOrderByTheMainLoop)
     EXPECT_EQ(received, (std::vector<std::uint32_t> { 1, 2 }));
 }
 
+TEST_F(XConnectionTest, HandsOutOnceWhatIsUrgent)
+{
+    std::vector<std::string> received;
+    const auto note = [&](const std::string& kindOfHandler) {
+        return [&received, kindOfHandler](const xcb_generic_event_t& event) {
+            if (kind(event) == XCB_CLIENT_MESSAGE)
+                received.push_back(
+                    kindOfHandler + std::to_string(as<xcb_client_message_event_t>(event).data.data32[0]));
+        };
+    };
+    const auto ordinary = connection.observe(note("ordinary "));
+    const auto urgent = connection.observeUrgent(note("urgent "));
+    const auto window = connection.makeWindow(0);
+    sendMessage(connection, window, 1);
+    connection.synchronise();
+    connection.handOutUrgent();
+    EXPECT_EQ(received, std::vector<std::string> { "urgent 1" });
+    sendMessage(connection, window, 2);
+    connection.flush();
+    loop.turnUntil([&] { return received.size() == 4; });
+    EXPECT_EQ(received, (std::vector<std::string> { "urgent 1", "ordinary 1", "urgent 2", "ordinary 2" }));
+}
+
 TEST_F(XConnectionTest, LetsAHandlerWaitForReplies)
 {
     int received = 0;
