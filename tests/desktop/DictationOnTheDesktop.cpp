@@ -51,14 +51,12 @@ void DictationOnTheDesktop::pressShortcut()
     releaseShortcut();
 }
 
-namespace {
-
-bool isAnybodyListening()
+// The virtual microphone itself listens to the mouth, as a module of the server.
+bool DictationOnTheDesktop::isAnybodyListening()
 {
-    return !runProgram({ "pactl", "list", "short", "source-outputs" }).output.empty();
+    const auto listeners = runProgram({ "pactl", "list", "short", "source-outputs" }).output;
+    return listeners.find("protocol-native.c") != std::string::npos;
 }
-
-} // namespace
 
 void DictationOnTheDesktop::untilListening()
 {

@@ -22,6 +22,7 @@ protected:
     void releaseShortcut();
     void pressShortcut(); // and lets go of it at once
 
+    static bool isAnybodyListening();
     static void untilListening();
     static void untilNotListening();
 
