@@ -30,9 +30,9 @@ TEST(SelectionTarget, IsFoundAgainByItsType)
 {
     for (const auto& original : { target("UTF8_STRING", "UTF8_STRING", 8), target("image/png", "image/png", 8),
              target("TEXT", "UTF8_STRING", 8), target("LENGTH", "INTEGER", 32), target("X", "X", 16),
-             target("saved as text", "a/b/32", 8), target("x/32", "x/32", 8),
-             target("text", "saved as text", 8), target("a as b", "c as d/8", 16), target(" as ", " as ", 8),
-             target("100% as%20is", "50%25 as is", 8), target("a as a", "a as a", 8), target("a%20b", "a%20b", 8),
+             target("saved as text", "a/b/32", 8), target("x/32", "x/32", 8), target("text", "saved as text", 8),
+             target("a as b", "c as d/8", 16), target(" as ", " as ", 8), target("100% as%20is", "50%25 as is", 8),
+             target("a as a", "a as a", 8), target("a%20b", "a%20b", 8),
              target("public.utf8-plain-text", "public.utf8-plain-text", 8) }) {
         const auto found = targetOfPasteboardType(pasteboardType(original));
         ASSERT_TRUE(found);

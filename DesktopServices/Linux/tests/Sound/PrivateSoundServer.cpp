@@ -93,6 +93,17 @@ std::string PrivateSoundServer::addMicrophone(const std::string& name, int sampl
     return module;
 }
 
+// Such a source works at the pace of who writes into its file.
+void PrivateSoundServer::addHastyMicrophone(const std::string& name)
+{
+    const auto file = (folder_ / name).string();
+    EXPECT_FALSE(control(
+        "load-module module-pipe-source format=s16le rate=16000 channels=1 source_name=" + name + " file=" + file)
+                     .empty());
+    control("set-default-source " + name);
+    player_ = spawn("cat /dev/zero >" + file);
+}
+
 void PrivateSoundServer::beginTone(const std::string& microphone, int frequency)
 {
     constexpr int rate = 48000;

@@ -27,6 +27,9 @@ public:
     // A microphone that hears what is said into it, and becomes the chosen one. Gives the number of its module.
     std::string addMicrophone(const std::string& name, int sampleRate, int channels) const;
 
+    // A microphone that hears silence, by the minute in a second, and becomes the chosen one.
+    void addHastyMicrophone(const std::string& name);
+
     // Plays a tone into the microphone until this program says otherwise.
     void beginTone(const std::string& microphone, int frequency);
     void endTone();
