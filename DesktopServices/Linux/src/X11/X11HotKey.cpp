@@ -64,11 +64,11 @@ bool X11HotKey::registerChord(const KeyChord& chord)
     return chord_.has_value();
 }
 
+// A key that is down stays this program's until it is up, which is told as ever.
 void X11HotKey::unregister()
 {
     ungrab();
     chord_.reset();
-    heldKey_.reset();
 }
 
 std::optional<X11HotKey::Grab> X11HotKey::wantedGrab() const

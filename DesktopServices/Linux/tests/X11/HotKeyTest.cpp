@@ -154,6 +154,23 @@ TEST_F(HotKeyTest, LeavesNoneInForceWhenAnotherOneIsTaken)
     EXPECT_TRUE(events.empty());
 }
 
+// Whoever counts on a release for each press is not let down.
+TEST_F(HotKeyTest, TellsTheReleaseOfAChordThatWasChangedWhileItWasHeld)
+{
+    ASSERT_TRUE(hotKey.registerChord(optionSpace));
+    press({ KeySymbols::alt, KeySymbols::space });
+    catchUp();
+    ASSERT_TRUE(hotKey.registerChord(commandShiftD));
+    EXPECT_TRUE(hotKey.isHeld());
+    release({ KeySymbols::space, KeySymbols::alt });
+    catchUp();
+    EXPECT_EQ(events, pressedAndReleased);
+    EXPECT_FALSE(hotKey.isHeld());
+    type({ KeySymbols::super, KeySymbols::shift, KeySymbols::d });
+    catchUp();
+    EXPECT_EQ(events.size(), 4u);
+}
+
 TEST_F(HotKeyTest, GivesTheChordBack)
 {
     OtherProgram rival;
