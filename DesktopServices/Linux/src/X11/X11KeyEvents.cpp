@@ -78,18 +78,25 @@ private:
         const auto application = workspace_.frontmost();
         if (!application || application->processIdentifier() != process)
             return;
+        const auto habit = habitOnThisKeyboard(application->pasteHabit());
         std::vector<xcb_keycode_t> keys;
-        for (const auto symbol : pasteChord(application->pasteHabit())) {
+        for (const auto symbol : pasteChord(habit)) {
             const auto key = keyboard_.keyWith(symbol);
             if (!key)
                 return; // half a chord means something else
             keys.push_back(*key);
         }
-        if (application->pasteHabit() == PasteHabit::selectionOnly)
+        if (habit == PasteHabit::selectionOnly)
             pasteboard_.lendToPrimarySelection();
         for (const auto key : keys)
             keyboard_.fakeKey(key, true);
         pressed_ = std::move(keys);
+    }
+
+    // Keyboards of other scripts may have no V. Shift-Insert pastes nearly everywhere, be it what is selected.
+    PasteHabit habitOnThisKeyboard(PasteHabit habit) const
+    {
+        return keyboard_.keyWith(KeySymbols::v) ? habit : PasteHabit::selectionOnly;
     }
 
     void release()
