@@ -43,8 +43,9 @@ void SoundServer::FreeContext::operator()(pa_context* context) const
 SoundServer::SoundServer()
     : loop_(pa_threaded_mainloop_new())
 {
-    precondition(loop_ && pa_threaded_mainloop_start(loop_.get()) == 0, "no thread for the sound server");
-    pa_threaded_mainloop_set_name(loop_.get(), "sound");
+    precondition(loop_ != nullptr, "no loop for the sound server");
+    pa_threaded_mainloop_set_name(loop_.get(), "sound"); // later it would name the thread that calls
+    precondition(pa_threaded_mainloop_start(loop_.get()) == 0, "no thread for the sound server");
     const Lock hold(*this);
     connect();
 }

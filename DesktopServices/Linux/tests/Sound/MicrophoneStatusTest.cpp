@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <string>
+
 namespace DesktopLinux {
 
 namespace {
@@ -77,6 +80,20 @@ TEST_F(MicrophoneStatusTest, NeedNotBeWaitedFor)
     loop.turn();
     task.cancel();
     EXPECT_THROW(loop.finish(task), PlatformSupport::CancellationError);
+}
+
+// By which the user finds it in a list of processes.
+TEST(SoundTest, LeavesThisProgramItsName)
+{
+    const auto name = [] {
+        std::string line;
+        std::ifstream file("/proc/self/comm");
+        std::getline(file, line);
+        return line;
+    };
+    const auto before = name();
+    const Sound sound;
+    EXPECT_EQ(name(), before);
 }
 
 } // namespace
