@@ -53,6 +53,9 @@ AccessibilitySwitch::AccessibilitySwitch(
             askFor(enabledProperty, isOn_);
             askFor(screenReaderProperty, isOnForScreenReaders_);
         });
+    owners_
+        = session_->observe("type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',arg0='org.a11y.Bus'",
+            [this](sdbus::Message& change) { ownerChanged(change); });
     ask();
 }
 
@@ -60,6 +63,12 @@ void AccessibilitySwitch::ask()
 {
     if (!service_)
         return;
+    requestAll();
+    session_->handle();
+}
+
+void AccessibilitySwitch::requestAll()
+{
     try {
         call<std::string>(*service_, service_->createMethodCall(busInterface, "GetAddress"), found_);
     } catch (const sdbus::Error&) {
@@ -67,7 +76,20 @@ void AccessibilitySwitch::ask()
     }
     askFor(enabledProperty, isOn_);
     askFor(screenReaderProperty, isOnForScreenReaders_);
-    session_->handle();
+}
+
+// Called while the bus is handled, which sends what is asked for here.
+void AccessibilitySwitch::ownerChanged(sdbus::Message& change)
+{
+    std::string service;
+    std::string before;
+    std::string after;
+    change >> service >> before >> after;
+    if (after.empty())
+        return;
+    if (isWanted_)
+        setAll();
+    requestAll();
 }
 
 void AccessibilitySwitch::askFor(const std::string& property, bool& value)
@@ -85,11 +107,17 @@ void AccessibilitySwitch::askFor(const std::string& property, bool& value)
 
 void AccessibilitySwitch::switchOn()
 {
+    isWanted_ = true;
     if (!service_)
         return;
+    setAll();
+    ask();
+}
+
+void AccessibilitySwitch::setAll()
+{
     set(enabledProperty);
     set(screenReaderProperty);
-    ask();
 }
 
 void AccessibilitySwitch::set(const std::string& property)

@@ -23,19 +23,25 @@ public:
     bool isOn() const { return isOn_; }
     bool isOnForScreenReaders() const { return isOnForScreenReaders_; }
 
+    // At once, and again whenever the service has been started anew.
     void switchOn();
 
     // Asks for the bus, and how the switch stands.
     void ask();
 
 private:
+    void ownerChanged(sdbus::Message& change);
     void askFor(const std::string& property, bool& value);
+    void requestAll();
     void set(const std::string& property);
+    void setAll();
 
     std::function<void(const std::string&)> found_;
     std::unique_ptr<BusConnection> session_; // null without a session bus
     std::unique_ptr<sdbus::IProxy> service_;
     sdbus::Slot changes_;
+    sdbus::Slot owners_;
+    bool isWanted_ = false;
     bool isOn_ = false;
     bool isOnForScreenReaders_ = false;
 };
