@@ -39,9 +39,9 @@ protected:
     }
 
     // Until the form has pasted: the insertion still waits.
-    void untilPasted(const std::string& field)
+    void untilPasted(const std::string& field, const PlatformSupport::Task<>& task)
     {
-        while (serve(form, "read " + field) == "[]") { }
+        while (!task.isFinished() && serve(form, "read " + field) == "[]") { }
     }
 
     OtherProgram reader;
@@ -97,7 +97,7 @@ TEST_F(ClipboardOnTheDesktop, LeavesWhatIsCopiedWhileTheTextIsPasted)
     copy({ "UTF8_STRING UTF8_STRING 8 10" });
     speakInto("line");
     const auto task = startInserting("spoken");
-    untilPasted("line");
+    untilPasted("line", task);
     other.ask("offer-text UTF8_STRING newer");
     other.ask("copy");
     loop.finish(task);
@@ -111,7 +111,7 @@ TEST_F(ClipboardOnTheDesktop, GivesBackWhatAProgramCopiedThatIsGoneByThen)
     const auto before = pasted("UTF8_STRING");
     speakInto("line");
     const auto task = startInserting("spoken");
-    untilPasted("line");
+    untilPasted("line", task);
     other.kill();
     loop.finish(task);
     EXPECT_EQ(pasted("UTF8_STRING"), before);

@@ -44,15 +44,17 @@ protected:
     void pressShortcut()
     {
         press({ DesktopLinux::KeySymbols::alt, DesktopLinux::KeySymbols::space });
-        loop.turnUntil([&] { return shortcutEvents > 0; });
+        loop.turnUntil([this, before = shortcutEvents] { return shortcutEvents > before; });
         release({ DesktopLinux::KeySymbols::space, DesktopLinux::KeySymbols::alt });
         loop.turnUntil([&] { return !x11.isShortcutHeld(); });
     }
 
+    // Comes back when the field has the focus again, which the shortcut takes away.
     void speakInto(const std::string& field)
     {
         goTo(field);
         pressShortcut();
+        untilFocused(field);
         ASSERT_TRUE(target);
         ASSERT_TRUE(target->element);
     }

@@ -21,12 +21,7 @@ protected:
     {
         module = server.addMicrophone("desk", 48000, 2);
         open();
-        untilHearing();
-    }
-
-    void untilStatusIs(const std::string& status)
-    {
-        desktop.loop.turnUntil([&] { return controller->status() == status; });
+        untilReady();
     }
 
     // How much of the purest tenth of a second is a tone of this pitch, 0 to 1: the player may falter.
@@ -53,13 +48,14 @@ protected:
 TEST_F(MicrophoneOnTheDesktop, IsMissedAndWorksOnceItIsPluggedIn)
 {
     open();
+    desktop.untilAccessible();
     desktop.goTo("line");
     pressShortcut();
     untilStatusIs(missing);
     EXPECT_EQ(controller->phase(), DictationPhase::idle);
     EXPECT_EQ(windowsShown, 1);
     server.addMicrophone("desk", 48000, 2);
-    untilHearing();
+    untilReady();
     expectDictation("line");
 }
 
@@ -76,7 +72,7 @@ TEST_F(MicrophoneOnTheDesktop, CanVanishWhileItIsListenedTo)
     EXPECT_EQ(controller->status(), unavailable);
     EXPECT_EQ(desktop.form.ask("read line"), "[]");
     server.addMicrophone("desk", 48000, 2);
-    untilHearing();
+    untilReady();
     expectDictation("line");
 }
 
@@ -95,7 +91,7 @@ TEST_F(MicrophoneOnTheDesktop, ComesBackWithTheSoundServer)
     untilStatusIs(missing);
     server.start();
     server.addMicrophone("desk", 48000, 2);
-    untilHearing();
+    untilReady();
     expectDictation("line");
 }
 
@@ -155,7 +151,7 @@ TEST_F(MicrophoneOnTheDesktop, IsHeardAtItsPitch)
         for (const int channels : { 1, 2 }) {
             const auto name = std::to_string(sampleRate) + "-" + std::to_string(channels);
             server.addMicrophone(name, sampleRate, channels);
-            untilHearing();
+            untilReady();
             server.beginTone(name, pitch);
             begin();
             desktop.loop.turnUntil([this] { return controller->level() > 0.5; });
@@ -171,7 +167,7 @@ TEST_F(MicrophoneOnTheDesktop, IsListenedToForFiveMinutesAtMost)
 {
     server.addHastyMicrophone("hasty");
     open();
-    untilHearing();
+    untilReady();
     desktop.goTo("line");
     begin();
     desktop.loop.turnUntil([this] { return controller->phase() == DictationPhase::idle; });

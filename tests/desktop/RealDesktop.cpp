@@ -34,6 +34,12 @@ void RealDesktop::untilFocused(const std::string& field)
         loop.turn();
 }
 
+void RealDesktop::untilUnfocused()
+{
+    while (descriptionOfFocus())
+        loop.turn();
+}
+
 std::optional<std::string> RealDesktop::descriptionOfFocus()
 {
     namespace Attribute = DesktopServices::AccessibilityAttribute;

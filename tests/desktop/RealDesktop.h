@@ -36,6 +36,9 @@ public:
     void goTo(const std::string& field);
     void untilFocused(const std::string& field);
 
+    // Until nothing in the form has the focus.
+    void untilUnfocused();
+
     bool isInFront(const OtherProgram& program);
 
     void press(Keys keys);

@@ -10,7 +10,6 @@ namespace KeySymbols = DesktopLinux::KeySymbols;
 SessionOnTheDesktop::SessionOnTheDesktop()
 {
     defaults.setString("outputModeSelection", "raw");
-    desktop.untilAccessible();
 }
 
 void SessionOnTheDesktop::open()
@@ -21,9 +20,14 @@ void SessionOnTheDesktop::open()
     desktop.loop.turnUntil([this] { return controller->modelReady() && controller->phase() == DictationPhase::idle; });
 }
 
-void SessionOnTheDesktop::untilHearing()
+void SessionOnTheDesktop::untilStatusIs(const std::string& status)
 {
-    while (!controller->microphoneAllowed()) {
+    desktop.loop.turnUntil([&] { return controller->status() == status; });
+}
+
+void SessionOnTheDesktop::untilReady()
+{
+    while (!controller->microphoneAllowed() || !controller->accessibilityAllowed()) {
         desktop.loop.turn();
         controller->refreshPermissions();
     }

@@ -36,11 +36,14 @@ class SessionOnTheDesktop : public testing::Test {
 protected:
     SessionOnTheDesktop();
 
-    // Starts the controller; comes back when it is ready for dictation, but for the microphone and the like.
+    // Starts the controller; comes back when its models are ready.
     void open();
 
-    // Once the microphone is there.
-    void untilHearing();
+    // Until nothing stands in the way of a dictation.
+    void untilReady();
+
+    // What the user reads.
+    void untilStatusIs(const std::string& status);
 
     // The user presses a key and lets go of it, on a field or wherever he is.
     void pressShortcut();
