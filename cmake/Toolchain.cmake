@@ -23,4 +23,6 @@ add_compile_options($<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restr
 if(SORVANE_SANITIZE)
     add_compile_options(-fsanitize=${SORVANE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${SORVANE_SANITIZE})
+    # GCC 12 with the address sanitizer takes a list of sizes for uninitialised.
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
