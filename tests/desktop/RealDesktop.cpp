@@ -30,7 +30,12 @@ void RealDesktop::goTo(const std::string& field)
 
 void RealDesktop::untilFocused(const std::string& field)
 {
-    while (descriptionOfFocus() != "A " + field + " for tests" || !isInFront(form))
+    untilFocusIsDescribedAs("A " + field + " for tests");
+}
+
+void RealDesktop::untilFocusIsDescribedAs(const std::string& description)
+{
+    while (descriptionOfFocus() != description || !isInFront(form))
         loop.turn();
 }
 

@@ -15,6 +15,7 @@
 #include <PlatformSupport/HandTurnedLoop.h>
 #include <PlatformSupport/SystemClock.h>
 
+#include <filesystem>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -28,6 +29,11 @@ public:
     using OtherProgram = DesktopLinux::OtherProgram;
     using Keys = std::initializer_list<DesktopLinux::KeySymbol>;
 
+    explicit RealDesktop(const std::filesystem::path& program = FORM_PROGRAM)
+        : form(program)
+    {
+    }
+
     DesktopServices::Desktop services();
 
     void untilAccessible();
@@ -35,6 +41,7 @@ public:
     // The user goes to a field of the form; both wait until all the desktop knows.
     void goTo(const std::string& field);
     void untilFocused(const std::string& field);
+    void untilFocusIsDescribedAs(const std::string& description);
 
     // Until nothing in the form has the focus.
     void untilUnfocused();
@@ -59,7 +66,7 @@ public:
 
     DesktopLinux::XConnection usersConnection { loop.executor() };
     DesktopLinux::Keyboard keyboard { usersConnection };
-    OtherProgram form { FORM_PROGRAM };
+    OtherProgram form;
     OtherProgram other;
 
 private:

@@ -130,6 +130,8 @@ std::optional<CodingHarness> TextInsertion::codingHarness(
     std::optional<std::string> windowTitle;
     if (clock_.now() < deadline)
         windowTitle = titleOfFocusedWindow(root);
+    if (windowTitle)
+        windowTitle = titleForHarnessDetection(application, *windowTitle);
     return HarnessDetection::detect(nameForHarnessDetection(application), labels, windowTitle);
 }
 

@@ -42,6 +42,9 @@ constexpr std::array<std::string_view, 25> terminals { "org.gnome.Terminal", "or
     "com.gexperts.Tilix", "guake", "terminology", "kitty", "Alacritty", "foot", "org.wezfurlong.wezterm",
     "com.mitchellh.ghostty", "rxvt-unicode" };
 
+constexpr std::string_view terminalWithPrefix = "xfce4-terminal";
+constexpr std::string_view terminalPrefix = "Terminal - ";
+
 template <typename Table> bool contains(const Table& table, std::string_view identifier)
 {
     return std::find(table.begin(), table.end(), identifier) != table.end();
@@ -68,6 +71,14 @@ std::string nameForHarnessDetection(const DesktopServices::RunningApplication& a
     if (identifier && contains(terminals, *identifier))
         return "terminal";
     return application.localizedName().value_or("");
+}
+
+std::string titleForHarnessDetection(
+    const DesktopServices::RunningApplication& application, const std::string& windowTitle)
+{
+    const bool hasPrefix
+        = application.bundleIdentifier() == terminalWithPrefix && windowTitle.starts_with(terminalPrefix);
+    return hasPrefix ? windowTitle.substr(terminalPrefix.size()) : windowTitle;
 }
 
 } // namespace Sorvane

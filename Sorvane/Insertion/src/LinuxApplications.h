@@ -21,4 +21,9 @@ bool isLinuxMailApp(std::string_view bundleIdentifier);
 // none.
 std::string nameForHarnessDetection(const DesktopServices::RunningApplication& application);
 
+// The title of a window without the terminal's own name, which some terminals write before what the program in them
+// calls itself.
+std::string titleForHarnessDetection(
+    const DesktopServices::RunningApplication& application, const std::string& windowTitle);
+
 } // namespace Sorvane

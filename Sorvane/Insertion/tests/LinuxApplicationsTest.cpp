@@ -36,5 +36,14 @@ TEST_F(InsertionTest, CallsEveryTerminalATerminal)
     EXPECT_EQ(nameForHarnessDetection(editor_), "");
 }
 
+TEST_F(InsertionTest, LeavesTheTerminalsNameOutOfTheTitle)
+{
+    editor_.becomeAnother({ .name = "Xfce Terminal", .bundleIdentifier = "xfce4-terminal" });
+    EXPECT_EQ(titleForHarnessDetection(editor_, "Terminal - codex | notes"), "codex | notes");
+    EXPECT_EQ(titleForHarnessDetection(editor_, "codex | notes"), "codex | notes");
+    editor_.becomeAnother({ .name = "Editor", .bundleIdentifier = "org.example.editor" });
+    EXPECT_EQ(titleForHarnessDetection(editor_, "Terminal - codex"), "Terminal - codex");
+}
+
 } // namespace
 } // namespace Sorvane
