@@ -69,7 +69,7 @@ AccessibilityReading Elements::read(const ObjectReference& element, std::string_
     if (attribute == AccessibilityAttribute::subrole)
         return subroleReading(element, deadline);
     if (attribute == AccessibilityAttribute::title)
-        return textReading(tree_.name(element).by(deadline));
+        return titleReading(element, deadline);
     if (attribute == AccessibilityAttribute::description)
         return textReading(tree_.description(element).by(deadline));
     if (attribute == AccessibilityAttribute::identifier)
@@ -141,6 +141,18 @@ AccessibilityReading Elements::rangeReading(const ObjectReference& element, Dead
     if (!caret.succeeded())
         return { caret.error };
     return { AccessibilityError::success, AccessibilityRange { caret.value, 0 } };
+}
+
+// Some toolkits leave it to the label beside a field to name it.
+AccessibilityReading Elements::titleReading(const ObjectReference& element, Deadline deadline)
+{
+    auto title = textReading(tree_.name(element).by(deadline));
+    if (title.error != AccessibilityError::noValue)
+        return title;
+    for (const auto& label : tree_.labels(element).by(deadline).value)
+        if (auto named = textReading(tree_.name(label).by(deadline)); named.succeeded())
+            return named;
+    return title;
 }
 
 // Pages give their elements identifiers in another way than toolkits.

@@ -41,6 +41,7 @@ private:
     Reading roleReading(const ObjectReference& element, Deadline deadline);
     Reading subroleReading(const ObjectReference& element, Deadline deadline);
     Reading rangeReading(const ObjectReference& element, Deadline deadline);
+    Reading titleReading(const ObjectReference& element, Deadline deadline);
     Reading identifierReading(const ObjectReference& element, Deadline deadline);
     Reading urlReading(const ObjectReference& element, Deadline deadline);
     Reading stateReading(const ObjectReference& element, ElementState state, Deadline deadline);

@@ -23,6 +23,10 @@ constexpr auto textInterface = "org.a11y.atspi.Text";
 constexpr size_t mostChildren = 10'000;
 
 using RawReference = sdbus::Struct<std::string, sdbus::ObjectPath>;
+using RawRelation = sdbus::Struct<std::uint32_t, std::vector<RawReference>>;
+
+// By the number of the protocol.
+constexpr std::uint32_t labelledBy = 2;
 
 // Who answers that there is no such thing says so in time.
 AccessibilityError errorNamed(std::string_view name)
@@ -191,6 +195,18 @@ PendingAnswer<ObjectReference> Tree::parent(const ObjectReference& element)
         if (answer.succeeded() && answer.value.path.empty())
             answer.error = AccessibilityError::noValue;
         return answer;
+    });
+}
+
+PendingAnswer<std::vector<ObjectReference>> Tree::labels(const ObjectReference& element)
+{
+    auto relations = call<std::vector<RawRelation>>(element, accessibleInterface, "GetRelationSet");
+    return converted<std::vector<ObjectReference>>(std::move(relations), [](const auto& all) {
+        std::vector<ObjectReference> labels;
+        for (const auto& relation : all)
+            if (relation.template get<0>() == labelledBy)
+                labels = references(relation.template get<1>());
+        return labels;
     });
 }
 

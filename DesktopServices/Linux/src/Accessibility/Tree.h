@@ -91,6 +91,7 @@ public:
     PendingAnswer<std::map<std::string, std::string>> documentAttributes(const ObjectReference& element);
     PendingAnswer<std::vector<ObjectReference>> children(const ObjectReference& element);
     PendingAnswer<ObjectReference> parent(const ObjectReference& element);
+    PendingAnswer<std::vector<ObjectReference>> labels(const ObjectReference& element); // the elements that name it
     PendingAnswer<std::string> name(const ObjectReference& element);
     PendingAnswer<std::string> description(const ObjectReference& element);
     PendingAnswer<std::string> identifier(const ObjectReference& element);

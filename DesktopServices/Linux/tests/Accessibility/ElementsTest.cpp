@@ -47,6 +47,7 @@ TEST_F(ElementsTest, TellTheirLabels)
     EXPECT_EQ(text(line, Attribute::description), "A line for tests");
     EXPECT_FALSE(line.read(Attribute::identifier).succeeded());
     EXPECT_EQ(focus(form, "page").read(Attribute::title).error, AccessibilityError::noValue);
+    EXPECT_EQ(text(focus(form, "labelled"), Attribute::title), "Beside");
 }
 
 TEST_F(ElementsTest, SayWhetherTheyAreEnabledAndFocused)

@@ -50,6 +50,20 @@ TEST_F(FocusTest, IsWhereItWasLastWhileTheShortcutIsHeld)
     EXPECT_FALSE(focused(form));
 }
 
+TEST_F(FocusTest, IsKnownAtTheFirstPressIfItWasThereBefore)
+{
+    const auto line = focus(form, "line");
+    AccessibilityBus later(loop.executor(), [this] { return isShortcutHeld; });
+    while (!later.isEnabled())
+        loop.turn();
+    OtherProgram front;
+    front.ask("window Front");
+    while (focused(form)) { }
+    isShortcutHeld = true;
+    const auto program = later.accessibility().applicationElement(form.process());
+    EXPECT_EQ(program.read(Attribute::focusedElement).as<AccessibilityElement>(), line);
+}
+
 TEST_F(FocusTest, IsKnownForEachProgram)
 {
     const auto line = focus(form, "line");
