@@ -41,6 +41,7 @@ FocusSearch::Elements FocusSearch::activeWindows(const ObjectReference& program)
 {
     const auto windows = tree_.children(program).by(deadline_).value;
     std::vector<PendingAnswer<ElementStates>> asked;
+    asked.reserve(windows.size());
     for (const auto& window : windows)
         asked.push_back(tree_.states(window));
     Elements active;

@@ -106,7 +106,7 @@ std::optional<ObjectReference> FocusTracker::find(ProcessIdentifier process, Dea
     const auto programs = tree_.children({ registryProgram, rootPath }).by(deadline);
     for (const auto& program : programs.value)
         if (processOf(program.program, deadline) == process)
-            if (const auto found = FocusSearch(tree_, deadline).run(program)) {
+            if (auto found = FocusSearch(tree_, deadline).run(program)) {
                 focused_[found->program] = found->path;
                 return found;
             }

@@ -191,9 +191,12 @@ void XConnection::handOutLater()
 void XConnection::handOutUrgent()
 {
     flush();
-    for (size_t i = 0; i < events_.size(); ++i)
-        if (!std::exchange(events_[i].wasUrgent, true))
-            show(urgentHandlers_, *events_[i].event);
+    const auto next
+        = [this] { return std::ranges::find_if(events_, [](const auto& waiting) { return !waiting.wasUrgent; }); };
+    for (auto waiting = next(); waiting != events_.end(); waiting = next()) {
+        waiting->wasUrgent = true;
+        show(urgentHandlers_, *waiting->event);
+    }
 }
 
 // A handler may wait for replies, by which more events arrive.
