@@ -47,7 +47,12 @@ TEST_F(ElementsTest, TellTheirLabels)
     EXPECT_EQ(text(line, Attribute::description), "A line for tests");
     EXPECT_FALSE(line.read(Attribute::identifier).succeeded());
     EXPECT_EQ(focus(form, "page").read(Attribute::title).error, AccessibilityError::noValue);
-    EXPECT_EQ(text(focus(form, "labelled"), Attribute::title), "Beside");
+}
+
+TEST_F(ElementsTest, HaveTheLabelBesideThemAsTheirTitle)
+{
+    OtherProgram labels(FORMS_FOLDER "/gtk3-labels");
+    EXPECT_EQ(text(focus(labels, "line"), Attribute::title), "Beside");
 }
 
 TEST_F(ElementsTest, SayWhetherTheyAreEnabledAndFocused)
