@@ -221,7 +221,7 @@ private:
     Times dictate(const std::string& recording)
     {
         Times times;
-        const size_t length = form.ask("read page").size();
+        form.ask("empty page");
         times.pressed = std::chrono::steady_clock::now();
         holdShortcut();
         times.barShown = after(times.pressed, barShown_);
@@ -230,7 +230,7 @@ private:
         times.released = std::chrono::steady_clock::now();
         releaseShortcut();
         times.copied = after(times.released, copied_);
-        while (form.ask("read page").size() == length)
+        while (form.ask("read page") == "[]")
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         times.typed = std::chrono::steady_clock::now();
         untilBarIsGone();
