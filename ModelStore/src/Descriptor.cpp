@@ -18,8 +18,8 @@ namespace {
 constexpr mode_t createdMode = 0644;
 constexpr size_t bufferSize = 65536;
 
-// Makes room for so many more bytes, all of which the system hands out at once: asked for page by page, they take half as
-// long again. A system that cannot do so goes on as ever.
+// Makes room for so many more bytes, all of which the system hands out at once: asked for page by page, they take half
+// as long again. A system that cannot do so goes on as ever.
 void reserve(Bytes& bytes, size_t more)
 {
     bytes.reserve(bytes.size() + more);
