@@ -86,7 +86,7 @@ class StatusItemModel : public ::testing::Test {
 protected:
     DictationOnFakes dictation;
     int quits = 0;
-    StatusItemViewModel model { dictation.controller, [this] { ++quits; } };
+    StatusItemViewModel model { dictation.controller, { [] {}, [this] { ++quits; } } };
 };
 
 TEST_F(StatusItemModel, StartsFinishesAndCancels)
