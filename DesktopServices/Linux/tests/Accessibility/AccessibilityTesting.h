@@ -49,6 +49,13 @@ protected:
         }
     }
 
+    // The other program comes to the front; waits until the form has lost the focus.
+    void bringForward(OtherProgram& other)
+    {
+        other.ask("window Front");
+        while (focused(form)) { }
+    }
+
     static std::string text(const DesktopServices::AccessibilityElement& element, std::string_view attribute)
     {
         return element.read(attribute).as<std::string>().value_or("none");

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: 2026 The Sorvane developers
 #include "Accessibility/AccessibilityTesting.h"
 
+#include <PlatformSupport/Environment.h>
+
 #include <cstdlib>
 
 namespace DesktopLinux {
@@ -31,8 +33,7 @@ TEST_F(FocusTest, IsNotInAProgramBehindAnother)
 {
     focus(form, "line");
     OtherProgram front;
-    front.ask("window Front");
-    while (focused(form)) { }
+    bringForward(front);
     EXPECT_EQ(application(form).read(Attribute::focusedElement).error, AccessibilityError::noValue);
     EXPECT_FALSE(application(form).read(Attribute::focusedWindow).succeeded());
 }
@@ -42,8 +43,7 @@ TEST_F(FocusTest, IsWhereItWasLastWhileTheShortcutIsHeld)
 {
     const auto line = focus(form, "line");
     OtherProgram front;
-    front.ask("window Front");
-    while (focused(form)) { }
+    bringForward(front);
     isShortcutHeld = true;
     EXPECT_EQ(focused(form), line);
     isShortcutHeld = false;
@@ -57,8 +57,7 @@ TEST_F(FocusTest, IsKnownAtTheFirstPressIfItWasThereBefore)
     while (!later.isEnabled())
         loop.turn();
     OtherProgram front;
-    front.ask("window Front");
-    while (focused(form)) { }
+    bringForward(front);
     isShortcutHeld = true;
     const auto program = later.accessibility().applicationElement(form.process());
     EXPECT_EQ(program.read(Attribute::focusedElement).as<AccessibilityElement>(), line);
@@ -131,7 +130,7 @@ TEST_F(AccessibilitySwitchTest, IsTurnedOnForAProgramThatWaitsForAScreenReader)
 
 TEST(AccessibilityWithoutASession, IsOffAndHasNoElements)
 {
-    const std::string address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    const std::string address = PlatformSupport::environmentVariable("DBUS_SESSION_BUS_ADDRESS").value_or("");
     ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
     PlatformSupport::HandTurnedLoop loop;
     AccessibilityBus bus(loop.executor(), [] { return false; });

@@ -62,8 +62,7 @@ TEST_P(ToolkitsTest, HaveNoFocusBehindAnotherProgram)
 {
     const auto line = focus(form, "line");
     OtherProgram front;
-    front.ask("window Front");
-    while (focused(form)) { }
+    bringForward(front);
     isShortcutHeld = true;
     EXPECT_EQ(focused(form), line);
 }
