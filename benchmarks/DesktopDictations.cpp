@@ -6,16 +6,20 @@
 // The built application on a desktop of its own, with real keys, a real microphone and a real field: how long after the
 // key is released the words stand there, how long the field is looked at when the key is pressed, what many dictations
 // leave behind, and what the application does while nobody dictates. To be run by benchmarks/desktop.
+#include "DescriptorWatch.h"
 #include "DictationOnTheDesktop.h"
 #include "LinuxDesktop.h"
 
+#include <AudioIO/AudioFile.h>
 #include <PlatformSupport/Environment.h>
 #include <PlatformSupport/SystemClock.h>
 #include <Sorvane/TextInsertion.h>
 
+#include <sys/inotify.h>
 #include <xcb/xfixes.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -33,7 +37,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 constexpr auto hold = R"({"activationMode": "Hold to speak", "automaticallyCopy": false})";
 
 constexpr auto shortRecording = "unknown-speaker-reminder.wav"; // 5 s
-constexpr auto longRecording = "unknown-speaker-message.flac"; // 17 s
+constexpr auto longRecording = "unknown-speaker-report.m4a"; // 22 s
 
 double between(Instant start, Instant end)
 {
@@ -92,6 +96,55 @@ struct Usage {
     double processor = 0; // seconds
 };
 
+// What the application does with its files on the way from the last sample to the clipboard.
+class FileEvents {
+public:
+    FileEvents(const PlatformSupport::Executor& executor, const std::filesystem::path& transcripts,
+        const std::filesystem::path& tools)
+        : transcripts_(::inotify_add_watch(events_.number(), transcripts.c_str(), IN_CREATE))
+        , tools_(::inotify_add_watch(events_.number(), tools.c_str(), IN_OPEN | IN_CLOSE_NOWRITE))
+        , watch_(executor, events_.number(), [this] { take(); })
+    {
+    }
+
+    Instant kept; // the first file of a transcript that is being kept
+    Instant toolStarted; // the first of the cleanup's tools
+    Instant toolEnded; // the last of them
+
+    void forget() { kept = toolStarted = toolEnded = {}; }
+
+private:
+    void take()
+    {
+        alignas(inotify_event) std::array<char, 4096> buffer {};
+        const auto size = ::read(events_.number(), buffer.data(), buffer.size());
+        for (ssize_t at = 0; at < size;) {
+            const auto& event = *reinterpret_cast<const inotify_event*>(&buffer[static_cast<size_t>(at)]);
+            note(event);
+            at += static_cast<ssize_t>(sizeof(event) + event.len);
+        }
+    }
+
+    // A program is opened when it is started, and closed when it has ended.
+    void note(const inotify_event& event)
+    {
+        const auto now = std::chrono::steady_clock::now();
+        if (event.wd == transcripts_ && kept == Instant())
+            kept = now;
+        if (event.wd != tools_ || (event.mask & IN_ISDIR) != 0)
+            return;
+        if ((event.mask & IN_OPEN) != 0 && toolStarted == Instant())
+            toolStarted = now;
+        if ((event.mask & IN_CLOSE_NOWRITE) != 0)
+            toolEnded = now;
+    }
+
+    PlatformSupport::FileDescriptor events_ { ::inotify_init1(IN_CLOEXEC | IN_NONBLOCK) };
+    int transcripts_;
+    int tools_;
+    DesktopLinux::DescriptorWatch watch_;
+};
+
 class DesktopDictations final : public DictationOnTheDesktop {
 public:
     DesktopDictations()
@@ -115,21 +168,27 @@ public:
     {
         for (const std::string recording : { shortRecording, longRecording }) {
             Step bar { "key down until the bar is on the screen" };
-            Step words { "key up until the words are on the clipboard" };
-            Step field { "from there until they stand in the field" };
+            Step heard { "key up until the words are recognised" };
+            Step kept { "until they are kept and the cleanup starts" };
+            Step cleaned { "until the cleanup's tools have ended" };
+            Step copied { "until the cleaned words are kept, the field is proved, and the words are on the clipboard" };
+            Step field { "until they stand in the field" };
             Step all { "key up until they stand in the field" };
             for (int round = 0; round <= rounds; ++round) {
                 const auto times = dictate(recording);
                 if (round == 0)
                     continue; // everything is read for the first time
                 bar.times.push_back(between(times.pressed, times.barShown));
-                words.times.push_back(between(times.released, times.copied));
+                heard.times.push_back(between(times.released, times.recognised));
+                kept.times.push_back(between(times.recognised, times.cleanupStarted));
+                cleaned.times.push_back(between(times.cleanupStarted, times.cleanupEnded));
+                copied.times.push_back(between(times.cleanupEnded, times.copied));
                 field.times.push_back(between(times.copied, times.typed));
                 all.times.push_back(between(times.released, times.typed));
             }
             std::printf(
                 "\n%s, %d times:\n\n| ms | median | 95 %% | most |\n|---|---|---|---|\n", recording.c_str(), rounds);
-            for (Step* const step : { &bar, &words, &field, &all })
+            for (Step* const step : { &bar, &heard, &kept, &cleaned, &copied, &field, &all })
                 step->tell();
         }
     }
@@ -178,7 +237,7 @@ public:
 
 private:
     struct Times {
-        Instant pressed, barShown, released, copied, typed;
+        Instant pressed, barShown, released, recognised, cleanupStarted, cleanupEnded, copied, typed;
     };
 
     void TestBody() override { }
@@ -211,11 +270,27 @@ private:
         return event;
     }
 
-    // Comes back when the last sample has been heard.
-    static void play(const std::string& recording)
+    // The samples of a recording, in a file of nothing else.
+    std::filesystem::path samplesOf(const std::string& recording)
+    {
+        const std::filesystem::path samples = folder_ / (recording + ".raw");
+        if (std::filesystem::exists(samples))
+            return samples;
+        AudioIO::AudioFile file(SAMPLES_DIRECTORY "/" + recording);
+        std::vector<float> frames;
+        for (std::ofstream raw(samples, std::ios::binary); file.read(4096, frames) > 0;)
+            raw.write(reinterpret_cast<const char*>(frames.data()), std::streamsize(frames.size() * sizeof(float)));
+        rates_[recording] = file.sampleRate();
+        return samples;
+    }
+
+    // Comes back when the last sample has been heard. The recordings have one channel.
+    void play(const std::string& recording)
     {
         const auto mouth = PlatformSupport::environmentVariable("DESKTOP_SESSION_MOUTH").value_or("");
-        runProgram({ "paplay", "--device=" + mouth, SAMPLES_DIRECTORY "/" + recording });
+        const auto samples = samplesOf(recording);
+        runProgram({ "paplay", "--raw", "--format=float32le", "--channels=1",
+            "--rate=" + std::to_string(rates_.at(recording)), "--device=" + mouth, samples });
     }
 
     Times dictate(const std::string& recording)
@@ -227,16 +302,23 @@ private:
         times.barShown = after(times.pressed, barShown_);
         untilListening();
         play(recording);
+        files_.forget();
         times.released = std::chrono::steady_clock::now();
         releaseShortcut();
         times.copied = after(times.released, copied_);
         while (form.ask("read page") == "[]")
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         times.typed = std::chrono::steady_clock::now();
+        times.recognised = files_.kept;
+        times.cleanupStarted = files_.toolStarted;
+        times.cleanupEnded = files_.toolEnded;
         untilBarIsGone();
         return times;
     }
 
+    TemporaryFolder folder_;
+    std::map<std::string, int> rates_; // of recordings, Hz
+    FileEvents files_ { loop.executor(), models.transcripts(), models.cleanup() / "runtime" };
     int firstExtensionEvent_ = 0;
     Instant barShown_ = Instant::min();
     Instant copied_;

@@ -37,6 +37,7 @@ public:
     std::filesystem::path temporary() const { return folder_ / "tmp"; }
     std::filesystem::path speech() const { return folder_ / "cache/tarnwick-models/tarnwick/ostrel/v0.1.0"; }
     std::filesystem::path cleanup() const { return folder_ / "data/Sorvane/Cleanup/S1-mini-Q4"; }
+    std::filesystem::path transcripts() const { return folder_ / "data/Sorvane/Transcripts"; }
 
     // Every file that is downloaded, by its place on this user's disk, with the published file.
     std::map<std::filesystem::path, std::filesystem::path> published() const;

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 namespace {
 
 TEST_F(DictationOnTheDesktop, PutsTheSpokenWordsIntoTheField)
@@ -14,6 +17,20 @@ TEST_F(DictationOnTheDesktop, PutsTheSpokenWordsIntoTheField)
     speak("meeting-note");
     pressShortcut();
     EXPECT_LE(errors("meeting-note", textIn("page")), 2U);
+}
+
+TEST_F(DictationOnTheDesktop, HasTheWordsTidiedBeforeTheyStandThere)
+{
+    const auto generator = models.cleanup() / "runtime/llama-completion";
+    std::filesystem::remove(generator);
+    std::ofstream(generator) << "#!/bin/sh\nprintf 'Tidied words.<|im_end|> [end of text]'\n";
+    std::filesystem::permissions(generator, std::filesystem::perms::owner_all);
+    focus(form, "page");
+    pressShortcut();
+    untilListening();
+    speak("meeting-note");
+    pressShortcut();
+    EXPECT_EQ(textIn("page"), "Tidied words.");
 }
 
 TEST_F(DictationOnTheDesktop, RunsOnce)

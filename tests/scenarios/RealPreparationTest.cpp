@@ -62,7 +62,7 @@ protected:
             .desktop = desktop.services(),
             .microphone = microphone,
             .historyDirectory = history / "Transcripts",
-            .cleanup = Sorvane::TranscriptCleanup(services.cleanupProcess(), tagger),
+            .cleanup = services.cleanup(tagger, models.cleanup()),
             .loadSpeech = Sorvane::speechLoader(services, { .directory = models.speech(), .cacheRoot = {} }),
             .prepareCleanup = Sorvane::cleanupPreparation(services, models.cleanup()),
         };

@@ -83,7 +83,7 @@ DictationServices Application::services()
         .desktop = desktop_.services(),
         .microphone = desktop_.sound.microphone(),
         .historyDirectory = folders_.applicationSupport / "Sorvane" / "Transcripts",
-        .cleanup = TranscriptCleanup(models_.cleanupProcess(), tagger_),
+        .cleanup = models_.cleanup(tagger_),
         .loadSpeech = speechLoader(models_),
         .prepareCleanup = cleanupPreparation(models_),
     };

@@ -63,4 +63,14 @@ Awaitable<void> ModelServices::prepareCleanup(std::filesystem::path directory, P
     return installer.prepare(std::move(progress));
 }
 
+TranscriptCleanup ModelServices::cleanup(const LexicalTagger& tagger, std::filesystem::path directory)
+{
+    const auto generate
+        = [this, &tagger, directory = std::move(directory)](std::string text, TranscriptCleanup::Context context) {
+              const CleanupFiles files { .directory = directory, .weightsSize = cleanupAssets_().weights.bytes };
+              return TranscriptCleanup::generate(std::move(text), context, files, process_, tagger);
+          };
+    return { generate, tagger };
+}
+
 } // namespace Sorvane

@@ -13,6 +13,7 @@
 #include <Sorvane/CleanupModelInstaller.h>
 #include <Sorvane/CleanupProcess.h>
 #include <Sorvane/PreparationProgress.h>
+#include <Sorvane/TranscriptCleanup.h>
 #include <Sorvane/VerifiedAssetCache.h>
 
 #include <filesystem>
@@ -44,6 +45,10 @@ public:
     PlatformSupport::Awaitable<std::unique_ptr<Ostrel::Ostrel>> loadSpeech(
         ModelStore::ModelPlace place, PreparationProgress progress);
     PlatformSupport::Awaitable<void> prepareCleanup(std::filesystem::path directory, PreparationProgress progress);
+
+    // The cleanup by what is prepared in the directory. The tagger outlives what is returned.
+    TranscriptCleanup cleanup(
+        const LexicalTagger& tagger, std::filesystem::path directory = CleanupFiles::ofThisUser().directory);
 
     CleanupProcess& cleanupProcess() { return process_; }
 
