@@ -34,8 +34,8 @@ OtherProgram::OtherProgram(const std::filesystem::path& executable)
         ::execl(path.c_str(), path.c_str(), nullptr);
         ::_exit(127);
     }
-    const FileDescriptor childsInput(toChild[0]);
-    const FileDescriptor childsOutput(fromChild[1]);
+    ::close(toChild[0]); // at once: a program that could not be started then has ended
+    ::close(fromChild[1]);
     input_ = FileDescriptor(toChild[1]);
     output_ = FileDescriptor(fromChild[0]);
     EXPECT_EQ(answer(), "ready");
