@@ -18,7 +18,10 @@ UTTERANCES_PER_TURN = 4
 
 # How much more often a shard of an engine is drawn than one of espeak-ng: sounds cut from human voices say more
 # about a speaker never heard than sounds made from formants.
-FAVOURED = {"festival-borrowed": 3.0, "flite-statistical": 2.0, "flite-diphone": 1.2, "festival-diphone": 2.0}
+FAVOURED = {
+    "festival-morphed": 8.0, "festival-borrowed": 2.0, "festival-diphone": 2.0, "flite-statistical": 2.0,
+    "flite-diphone": 1.2,
+}  # fmt: skip
 
 
 @dataclass

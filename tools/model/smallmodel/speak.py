@@ -16,7 +16,7 @@ from random import Random
 
 import numpy as np
 
-from .voices import Espeak, Festival, Flite, Spoken
+from .voices import Espeak, Festival, Flite, Morphed, Spoken
 from .voices.festival import BORROWED_VOICES, DIPHONE_VOICE, HELD_OUT_VOICE
 from .voices.flite import DIPHONE_VOICES, STATISTICAL_VOICES
 
@@ -28,6 +28,7 @@ ENGINES = {
     "flite-statistical": lambda random, folder: Flite(random, STATISTICAL_VOICES),
     "festival-diphone": lambda random, folder: Festival(random, DIPHONE_VOICE),
     "festival-borrowed": lambda random, folder: Festival(random, BORROWED_VOICES),
+    "festival-morphed": lambda random, folder: Morphed(random),
     "festival-held-out": lambda random, folder: Festival(random, HELD_OUT_VOICE),
 }
 

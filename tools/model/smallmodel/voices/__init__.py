@@ -9,6 +9,7 @@ the speaker's name, and speak(tokens), which returns a Spoken or None when the e
 from .espeak import Espeak
 from .festival import Festival
 from .flite import Flite
+from .morphing import Morphed
 from .speech import SAMPLE_RATE, Spoken
 
-__all__ = ["SAMPLE_RATE", "Espeak", "Festival", "Flite", "Spoken"]
+__all__ = ["SAMPLE_RATE", "Espeak", "Festival", "Flite", "Morphed", "Spoken"]

@@ -6,6 +6,7 @@ import subprocess
 import tempfile
 import time
 import wave
+from dataclasses import dataclass
 from pathlib import Path
 from random import Random
 
@@ -70,6 +71,23 @@ def quoted(text: str) -> str:
     return f'"{text}"'
 
 
+@dataclass(frozen=True)
+class Melody:
+    """Pace and pitch as festival takes them."""
+
+    stretch: float  # of all durations
+    pitch: float  # mean, in Hz; 0 for the voice's own
+    deviation: float  # Hz
+
+    def __str__(self) -> str:
+        return f"{self.stretch:.3f} {self.pitch:.1f} {self.deviation:.1f}"
+
+
+def random_melody(random: Random, speaker: str) -> Melody:
+    pitch = 0 if speaker == HELD_OUT_VOICE else random.uniform(75, 190)
+    return Melody(random.uniform(0.8, 1.35), pitch, random.uniform(6, 30))
+
+
 class Festival:
     """Speaks with one voice, or with all borrowed speakers in turn; the program lives as long as the object."""
 
@@ -88,19 +106,18 @@ class Festival:
 
     def next_speaker(self) -> str:
         """Picks pace and melody, and the borrowed speaker; the held-out voice keeps its melody."""
-        self.speaker = self._voice
-        self._stretch = self._random.uniform(0.8, 1.35)
-        self._pitch = 0 if self._voice == HELD_OUT_VOICE else self._random.uniform(75, 190)
-        self._deviation = self._random.uniform(6, 30)
-        if self._voice == BORROWED_VOICES:
-            self.speaker = self._random.choice(list(BORROWED))
-            self._say(borrowed_voice(self.speaker))
-        return self.speaker
+        speaker = self._random.choice(list(BORROWED)) if self._voice == BORROWED_VOICES else self._voice
+        return self.set_speaker(speaker, random_melody(self._random, speaker))
+
+    def set_speaker(self, speaker: str, melody: Melody) -> str:
+        self.speaker, self._melody = speaker, melody
+        if speaker in BORROWED:
+            self._say(borrowed_voice(speaker))
+        return speaker
 
     def speak(self, tokens: list[str]) -> Spoken | None:
         stem = Path(self._folder.name) / "speech"
-        melody = f"{self._stretch:.3f} {self._pitch:.1f} {self._deviation:.1f}"
-        self._say(f'(speak "{self.speaker}" {melody} "{" ".join(tokens)}" "{stem}")')
+        self._say(f'(speak "{self.speaker}" {self._melody} "{" ".join(tokens)}" "{stem}")')
         if not self._wait_for(stem.with_suffix(".done")):
             return None
         spans = [read_span(line) for line in stem.with_suffix(".txt").read_text(encoding="utf-8").splitlines()]
