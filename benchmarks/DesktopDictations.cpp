@@ -25,6 +25,7 @@
 #include <fstream>
 #include <functional>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -309,6 +310,8 @@ private:
         while (form.ask("read page") == "[]")
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         times.typed = std::chrono::steady_clock::now();
+        if (files_.toolEnded == Instant())
+            throw std::runtime_error("the words were not tidied");
         times.recognised = files_.kept;
         times.cleanupStarted = files_.toolStarted;
         times.cleanupEnded = files_.toolEnded;

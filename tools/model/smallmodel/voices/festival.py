@@ -84,8 +84,9 @@ class Melody:
 
 
 def random_melody(random: Random, speaker: str) -> Melody:
+    stretch = random.uniform(0.8, 1.35)
     pitch = 0 if speaker == HELD_OUT_VOICE else random.uniform(75, 190)
-    return Melody(random.uniform(0.8, 1.35), pitch, random.uniform(6, 30))
+    return Melody(stretch, pitch, random.uniform(6, 30))
 
 
 class Festival:
